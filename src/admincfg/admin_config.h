@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+// The administrator's "tss.cfg": lines of key=value that can lock some of the player's choices.
+class SMAdminConfig {
+ public:
+  enum Encoding : int { kUnreadable = -1, kPlain = 0, kUtf8WithMark = 1, kUtf16Ignored = 2 };
+
+  explicit SMAdminConfig(std::string path);
+  virtual ~SMAdminConfig() = default;
+
+  // Reads the file again from scratch; true when it was parsed (plain or UTF-8 with mark).
+  bool Load();
+  // Parses file contents already in memory (what Load does after reading the file).
+  bool LoadFromBytes(std::string_view bytes);
+
+  std::optional<std::string> GetValue(std::string_view key) const;
+  void SetValue(std::string_view key, std::string_view value);
+  // Every entry as "%s=%s\n" in list order; the caller opens and closes the stream.
+  void Write(std::FILE* stream) const;
+
+  int encoding() const { return encoding_; }
+  const std::string& path() const { return path_; }
+  const std::vector<std::pair<std::string, std::string>>& entries() const { return entries_; }
+
+ private:
+  void AddLine(std::string_view line);
+
+  int encoding_ = kUnreadable;
+  std::vector<std::pair<std::string, std::string>> entries_;
+  std::string path_;
+};

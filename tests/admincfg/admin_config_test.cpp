@@ -1,0 +1,133 @@
+#include "admincfg/admin_config.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+#include "admincfg/parse_bool.h"
+#include "platform/file_io.h"
+#include "support/temp_folder.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+using Entries = std::vector<std::pair<std::string, std::string>>;
+
+Entries Parse(const std::string& bytes, int* encoding = nullptr) {
+  SMAdminConfig config("");
+  config.LoadFromBytes(bytes);
+  if (encoding != nullptr) *encoding = config.encoding();
+  return config.entries();
+}
+
+}  // namespace
+
+TEST(AdminConfig, EncodingDecidesWhetherTheFileIsRead) {
+  struct Case {
+    std::string bytes;
+    int encoding;
+    Entries entries;
+  };
+  const Case cases[] = {
+      {"a=1\n", SMAdminConfig::kPlain, {{"a", "1"}}},
+      {"\xEF\xBB\xBF" "a=1\n", SMAdminConfig::kUtf8WithMark, {{"a", "1"}}},
+      {"\xFF\xFE" "a\0=\0" "1\0"s, SMAdminConfig::kUtf16Ignored, {}},
+      {"\xFE\xFF" "\0a\0=\0" "1"s, SMAdminConfig::kUtf16Ignored, {}},
+      {"a=1", SMAdminConfig::kUnreadable, {}},  // under four bytes, whatever it holds
+      {"", SMAdminConfig::kUnreadable, {}},
+      {"ab=1", SMAdminConfig::kPlain, {{"ab", "1"}}},
+      // Only a mark at the very start counts.
+      {"x\xEF\xBB\xBF=1", SMAdminConfig::kPlain, {{"x", "1"}}},
+  };
+  for (const Case& c : cases) {
+    int encoding = 99;
+    EXPECT_EQ(Parse(c.bytes, &encoding), c.entries) << c.bytes;
+    EXPECT_EQ(encoding, c.encoding) << c.bytes;
+  }
+}
+
+TEST(AdminConfig, LinesSplitTrimAndReplace) {
+  struct Case {
+    const char* name;
+    std::string bytes;
+    Entries entries;
+  };
+  const std::string longValue(5000, 'v');
+  const Case cases[] = {
+      {"LF", "a=1\nb=2\n", {{"a", "1"}, {"b", "2"}}},
+      {"CRLF", "a=1\r\nb=2\r\n", {{"a", "1"}, {"b", "2"}}},
+      {"CR only", "a=1\rb=2\rc=3", {{"a", "1"}, {"b", "2"}, {"c", "3"}}},
+      {"CR CR keeps the next line whole", "a=1\r\rb=2", {{"a", "1"}, {"b", "2"}}},
+      {"last line without end", "a=1\nb=2", {{"a", "1"}, {"b", "2"}}},
+      {"blanks and tabs around", " \tkey \t=\t value  \n", {{"key", "value"}}},
+      {"control bytes trimmed", "\x01k\x1f=\x7fv\x02\n", {{"k", "\x7fv"}}},
+      {"non-ASCII at the ends trimmed", "k=caf\xC3\xA9\n\xC3\xA9k2=v\n", {{"k", "caf"}, {"k2", "v"}}},
+      {"non-ASCII inside kept", "k=a\xC3\xA9z\n", {{"k", "a\xC3\xA9z"}}},
+      {"first equals splits", "k=a=b\n", {{"k", "a=b"}}},
+      {"no equals ignored", "just a remark\nk=v\n", {{"k", "v"}}},
+      {"empty key ignored", "=v\n  =v\nk=v\n", {{"k", "v"}}},
+      {"empty value ignored", "k=\nk2=  \nk3=v\n", {{"k3", "v"}}},
+      {"last duplicate wins and moves", "a=1\nb=2\na=3\n", {{"b", "2"}, {"a", "3"}}},
+      {"capitals make another key", "Key=1\nkey=2\n", {{"Key", "1"}, {"key", "2"}}},
+      {"line of any length", "k=" + longValue + "\n", {{"k", longValue}}},
+      {"comment-looking line with equals is an entry", "#x=1\n", {{"#x", "1"}}},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Parse(c.bytes), c.entries) << c.name;
+  }
+}
+
+TEST(AdminConfig, BooleanKeysReadThroughParseBool) {
+  struct Case {
+    std::string line;
+    bool expected;
+  };
+  const Case cases[] = {{"AVHardwareDisable=1\n", true},    {"AVHardwareDisable = 1\n", true},
+                        {"AVHardwareDisable=yes\n", true},  {"AVHardwareDisable=0\n", false},
+                        {"AVHardwareDisable=no\n", false},  {"avhardwaredisable=1\n", false},
+                        {"AVHardwareDisable=\n", false}};
+  for (const Case& c : cases) {
+    SMAdminConfig config("");
+    config.LoadFromBytes(c.line);
+    EXPECT_EQ(ParseBool(config.GetValue("AVHardwareDisable").value_or("")), c.expected) << c.line;
+  }
+}
+
+TEST(AdminConfig, MissingEmptyShortAndUtf16FilesGiveNoEntries) {
+  TempFolder folder;
+  WriteFileBytes(folder.path() / "short.cfg", "a=1");
+  WriteFileBytes(folder.path() / "utf16.cfg", std::string("\xFF\xFE" "a\0=\0" "1\0\n\0", 10));
+  for (const std::string& path :
+       {std::string(), folder.Utf8("missing.cfg"), folder.Utf8("short.cfg"),
+        folder.Utf8("utf16.cfg")}) {
+    SMAdminConfig config(path);
+    EXPECT_TRUE(config.entries().empty()) << path;
+    EXPECT_FALSE(config.GetValue("a").has_value()) << path;
+    EXPECT_FALSE(config.Load()) << path;
+  }
+}
+
+TEST(AdminConfig, WriteAndReloadRoundTripsThroughTheFile) {
+  TempFolder folder;
+  std::string path = folder.Utf8("tss.cfg");
+  WriteFileBytes(folder.path() / "tss.cfg", "\xEF\xBB\xBFZeta=9\r\nAutoUpdateDisable=0\r\n");
+  SMAdminConfig config(path);
+  ASSERT_EQ(config.encoding(), SMAdminConfig::kUtf8WithMark);
+  config.SetValue("AutoUpdateDisable", "1");       // replaced in place
+  config.SetValue("SilentAutoUpdateEnable", "0");  // added at the end
+  std::FILE* file = OpenFileUtf8(path, "w");
+  ASSERT_NE(file, nullptr);
+  config.Write(file);
+  ASSERT_EQ(std::fclose(file), 0);
+  std::string written = ReadFileBytes(folder.path() / "tss.cfg");
+#ifdef _WIN32
+  EXPECT_EQ(written, "Zeta=9\r\nAutoUpdateDisable=1\r\nSilentAutoUpdateEnable=0\r\n");
+#else
+  EXPECT_EQ(written, "Zeta=9\nAutoUpdateDisable=1\nSilentAutoUpdateEnable=0\n");
+#endif
+  ASSERT_TRUE(config.Load());
+  EXPECT_EQ(config.entries(), (Entries{{"Zeta", "9"}, {"AutoUpdateDisable", "1"},
+                                       {"SilentAutoUpdateEnable", "0"}}));
+}

@@ -1,0 +1,78 @@
+# Shared by tools/run.sh and tools/test.sh: installing what is missing, Xvfb and Wine helpers.
+# shellcheck shell=bash
+
+VP_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+VP_PACKAGES=(
+  cmake ninja-build g++ python3 git
+  libgtest-dev libgmock-dev googletest libbenchmark-dev
+  clang libclang-rt-14-dev
+  nlohmann-json3-dev libcli11-dev
+  g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-x86-64-dev
+  wine wine64 xvfb xdotool x11-utils imagemagick
+)
+
+vp_fail() {
+  echo "ERROR: $*" >&2
+  exit 1
+}
+
+vp_log() { echo "==> $*"; }
+
+# Installs every package of VP_PACKAGES that is not installed yet (apt-get update once).
+vp_install_missing() {
+  local missing=()
+  local package
+  for package in "${VP_PACKAGES[@]}"; do
+    if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
+      missing+=("$package")
+    fi
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  command -v apt-get >/dev/null || vp_fail "apt-get not found; install by hand: ${missing[*]}"
+  local sudo=""
+  [ "$(id -u)" -ne 0 ] && sudo="sudo"
+  vp_log "installing: ${missing[*]}"
+  $sudo apt-get update -qq || vp_fail "apt-get update failed (no network or no package source?)"
+  if ! DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${missing[@]}" >/tmp/vp-apt.log 2>&1; then
+    tail -20 /tmp/vp-apt.log >&2
+    for package in "${missing[@]}"; do
+      dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" ||
+        echo "ERROR: package could not be installed: $package" >&2
+    done
+    vp_fail "installing the packages above failed (full log: /tmp/vp-apt.log)"
+  fi
+}
+
+# Starts a private Xvfb on the first free display from :91; sets VP_XVFB_PID and DISPLAY.
+vp_start_xvfb() {
+  local number=91
+  while [ -e "/tmp/.X${number}-lock" ] || [ -e "/tmp/.X11-unix/X${number}" ]; do
+    number=$((number + 1))
+  done
+  Xvfb ":${number}" -screen 0 1280x1024x24 -nolisten tcp >/dev/null 2>&1 &
+  VP_XVFB_PID=$!
+  export DISPLAY=":${number}"
+  local tries=0
+  until xdpyinfo >/dev/null 2>&1; do
+    tries=$((tries + 1))
+    if [ $tries -gt 100 ] || ! kill -0 "$VP_XVFB_PID" 2>/dev/null; then
+      vp_fail "Xvfb did not start on display :${number}"
+    fi
+    sleep 0.1
+  done
+  vp_log "Xvfb (pid $VP_XVFB_PID) on display $DISPLAY"
+}
+
+vp_stop_xvfb() {
+  if [ -n "${VP_XVFB_PID:-}" ]; then
+    kill "$VP_XVFB_PID" 2>/dev/null || true
+    wait "$VP_XVFB_PID" 2>/dev/null || true
+    VP_XVFB_PID=""
+  fi
+}
+
+# Stops the wineserver (and so every process) of one private prefix.
+vp_stop_wine_prefix() {
+  local prefix="$1"
+  [ -d "$prefix" ] && WINEPREFIX="$prefix" wineserver -k 2>/dev/null || true
+}
