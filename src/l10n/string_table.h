@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/system.h"
+
+// Every user-visible text, by its numeric identifier, in the user's interface language.
+class SMStringTable {
+ public:
+  virtual ~SMStringTable() = default;
+  // 0..35, the column of the text matrix.
+  virtual int GetLanguageIndex() = 0;
+  // The UTF-8 text of id in the table's language; nullptr when the id is not in the table.
+  const char* GetString(uint32_t id);
+};
+
+// Picks the language once, from the user's default interface language, and keeps it.
+class SMUserLanguageStringTable : public SMStringTable {
+ public:
+  explicit SMUserLanguageStringTable(SMSystem& system) : system_(system) {}
+  int GetLanguageIndex() override;
+
+ private:
+  SMSystem& system_;
+  int cachedLanguage_ = -1;
+};
+
+// Primary language 1 (Arabic) or 13 (Hebrew): pages and message boxes are right to left.
+bool IsRightToLeftLanguage(uint16_t languageId);
+bool IsRightToLeftUser(SMSystem& system);

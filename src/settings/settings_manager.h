@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/platform_services.h"
+#include "settings/setting_value.h"
+#include "settings/settings_table.h"
+
+// The one object through which every page and dialog reads and changes the player's settings:
+// the master (global) settings under MasterDomain() and one settings file per site. Every change
+// is written to disk at once.
+class SMSettingsManager {
+ public:
+  explicit SMSettingsManager(SMPlatformServices& platform);
+  virtual ~SMSettingsManager();
+
+  // Deletes the site's stored data (also under "#AppContainer" on Windows).
+  virtual bool RemoveSiteStoredData(const std::string& site);
+
+  static const std::string& MasterDomain();  // "___MASTER_DOMAIN"
+
+  bool LoadMasterSettings();
+  // The cached table of a domain; an absent or unreadable file is replaced by an empty one.
+  SettingsTable* GetSettingsTable(const std::string& domain);
+  const SettingValue* GetValue(const std::string& domain, const std::string& name);
+  std::vector<std::string> GetNames(const std::string& domain);
+  // Inserts or replaces the value and writes the domain's file; the write's result.
+  bool SetValue(const std::string& domain, const SettingValue& value);
+  bool WriteSettingsFile(const std::string& domain);
+  bool EnsureGlobalDefaults();
+
+  // Per-site settings.
+  bool EnsureSiteDefaults(const std::string& site);
+  // The master "domains" array, or nullptr.
+  const SettingArray* GetKnownSites();
+  bool AddSite(const std::string& site);
+  bool RemoveSite(const std::string& site, bool removeSettings);
+  bool DeleteSiteSettings(const std::string& site, bool fileOnly);
+  uint64_t GetSiteStoredBytes(const std::string& baseFolder, const std::string& site);
+  bool RemoveAllSites(bool includeSettings);
+  void PruneKnownSites();
+
+  const std::string& dataRoot() const;
+  const std::string& storedDataFolder() const;
+  const std::string& settingsFolder() const;
+
+  // (private state is the implementation's)
+};
