@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
 # Builds the Windows program and shows it under Wine with a demo profile in a private prefix.
+# With no display it starts a private Xvfb, opens every page once and saves a screenshot of
+# each under build/screenshots.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 cd "$VP_ROOT"
@@ -10,8 +12,79 @@ cmake --preset mingw >/dev/null || vp_fail "configuring the Windows build failed
 cmake --build --preset mingw -j2 || vp_fail "building the Windows program failed"
 
 export VP_WINEPREFIX="$VP_ROOT/build/mingw/wine-demo"
-cli="$VP_ROOT/build/mingw/src/cli/vpsettings.exe"
-[ -f "$cli" ] || vp_fail "vpsettings.exe was not built"
-vp_log "data locations in the demo profile ($VP_WINEPREFIX)"
-"$VP_ROOT/tools/wine-run" "$cli" paths
+app="$VP_ROOT/build/mingw/src/app/VantrelPlayerApp.exe"
+setup="$VP_ROOT/build/mingw/tools/demo/vp_demo_profile.exe"
+[ -f "$app" ] || vp_fail "VantrelPlayerApp.exe was not built"
+caption="Vantrel Player Settings Manager"
+
+# Wine's desktop process binds to the display of the first program of the prefix, so the
+# display comes first.
+screenshots=""
+if [ -z "${DISPLAY:-}" ] || [ -n "${VP_SCREENSHOTS:-}" ]; then
+  screenshots=1
+  trap 'vp_stop_wine_prefix "$VP_WINEPREFIX"; vp_stop_xvfb' EXIT
+  [ -n "${DISPLAY:-}" ] || vp_start_xvfb
+fi
 vp_stop_wine_prefix "$VP_WINEPREFIX"
+
+vp_log "preparing the demo profile in $VP_WINEPREFIX"
+# The players' 32-bit installers write these keys; with a plug-in present the Updates page shows.
+for key in VantrelPlayerPlugin VantrelPlayerPepper; do
+  "$VP_ROOT/tools/wine-run" reg add "HKLM\\SOFTWARE\\Tessaline\\$key" /v Version /t REG_SZ \
+    /d "32.0.0.$([ $key = VantrelPlayerPlugin ] && echo 465 || echo 466)" /reg:32 /f >/dev/null ||
+    vp_fail "writing the demo player key $key failed"
+done
+if [ -f "$setup" ]; then
+  "$VP_ROOT/tools/wine-run" "$setup" || vp_fail "writing the demo sites failed"
+fi
+
+# Starts the program with one command line, waits for its sheet, optionally saves a screenshot,
+# then ends that program (by its own process id).
+show_page() {
+  local keyword="$1" shot="${2:-}"
+  "$VP_ROOT/tools/wine-run" "$app" ${keyword:+"startupdialog=$keyword"} &
+  local pid=$!
+  local tries=0
+  until xdotool search --name "^${caption}\$" >/dev/null 2>&1; do
+    tries=$((tries + 1))
+    if [ $tries -gt 150 ] || ! kill -0 "$pid" 2>/dev/null; then
+      kill "$pid" 2>/dev/null || true
+      local status=0
+      wait "$pid" || status=$?
+      vp_fail "the settings sheet (exit $status) did not appear (startupdialog=$keyword)"
+    fi
+    sleep 0.2
+  done
+  if [ -n "$shot" ]; then
+    sleep 1
+    import -window root "$shot" || vp_fail "the screenshot $shot failed"
+    echo "$shot"
+    kill "$pid" 2>/dev/null || true
+    wait "$pid" 2>/dev/null || true
+    # The window goes with its process; wait for it so the next shot is not of this one.
+    tries=0
+    while xdotool search --name "^${caption}\$" >/dev/null 2>&1 && [ $tries -lt 50 ]; do
+      tries=$((tries + 1))
+      sleep 0.1
+    done
+  else
+    wait "$pid" || true
+  fi
+}
+
+if [ -z "$screenshots" ]; then
+  vp_log "starting the settings manager (close its window to end)"
+  show_page ""
+else
+  shots="$VP_ROOT/build/screenshots"
+  mkdir -p "$shots"
+  rm -f "$shots"/*.png
+  vp_log "screenshots of every page"
+  # With the Updates page present the keywords "advanced" and "updates" select the fourth and
+  # fifth tabs, that is Updates and Advanced.
+  show_page storage "$shots/1-storage.png"
+  show_page cammic "$shots/2-camera-and-mic.png"
+  show_page playback "$shots/3-playback.png"
+  show_page advanced "$shots/4-updates.png"
+  show_page updates "$shots/5-advanced.png"
+fi

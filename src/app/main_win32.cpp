@@ -1,0 +1,29 @@
+// The entry of VantrelPlayerApp.exe: one property sheet, no other window and no other loop.
+#include <commctrl.h>
+#include <windows.h>
+
+#include "app/app_startup.h"
+#include "app/common_controls.h"
+#include "app/win32_sheet_frame.h"
+#include "platform/win32/win32_platform.h"
+#include "platform/win32/win32_system.h"
+
+namespace {
+
+class Win32AppFactory : public SMAppFactory {
+ public:
+  std::unique_ptr<SMPlatformServices> CreatePlatform(SMSystem& system) override {
+    return std::make_unique<Win32PlatformServices>(system);
+  }
+};
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+  INITCOMMONCONTROLSEX classes{sizeof classes, kCommonControlClasses};
+  InitCommonControlsEx(&classes);
+  Win32System system;
+  Win32AppFactory factory;
+  Win32SheetFrame frame;
+  return RunSettingsApplication(system, factory, frame);
+}

@@ -1,0 +1,97 @@
+#include "app/settings_page.h"
+
+#include <commctrl.h>
+
+#include "app/shell_resource_ids.h"
+#include "layout/dialog_layout.h"
+
+SettingsPage::SettingsPage(int templateId, const SMAppObjects& objects)
+    : SMDialogObject(objects.system, objects.strings), objects_(objects) {
+  descriptor_.dwSize = PROPSHEETPAGEW_V1_SIZE;
+  descriptor_.dwFlags = PSP_USECALLBACK;
+  descriptor_.hInstance = GetModuleHandleW(nullptr);
+  descriptor_.pszTemplate = MAKEINTRESOURCEW(templateId);
+  descriptor_.pfnDlgProc = &SMDialogObject::StartDialogProc;
+  descriptor_.lParam = reinterpret_cast<LPARAM>(this);
+  descriptor_.pfnCallback = &PageCallback;
+}
+
+void SettingsPage::SetTitle(std::wstring title) {
+  title_ = std::move(title);
+  descriptor_.pszTitle = title_.c_str();
+  descriptor_.dwFlags |= PSP_USETITLE;
+}
+
+UINT CALLBACK SettingsPage::PageCallback(HWND, UINT message, PROPSHEETPAGEW* page) {
+  if (message == PSPCB_CREATE) {
+    SMDialogObject::SetObjectBeingCreated(reinterpret_cast<SettingsPage*>(page->lParam));
+  }
+  return 1;
+}
+
+bool SettingsPage::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  switch (message) {
+    case WM_INITDIALOG:
+      if (rightToLeft_) MakeRightToLeft(window_);
+      SetTexts();
+      FitDialogToTexts(window_);
+      RefreshFromSettings();
+      AfterInit();
+      result = TRUE;
+      return true;
+    case WM_COMMAND:
+      if (HIWORD(wParam) != BN_CLICKED) return false;
+      result = 0;
+      return OnButtonClicked(LOWORD(wParam));
+    case WM_NOTIFY:
+      return OnNotify(*reinterpret_cast<const NMHDR*>(lParam), result);
+    default:
+      return false;
+  }
+}
+
+bool SettingsPage::OnButtonClicked(int) {
+  return false;
+}
+
+uint32_t SettingsPage::LinkUrlId(int controlId) {
+  return controlId == IDC_NOTICE_LINK ? 13103 : 0;
+}
+
+void SettingsPage::SetNoticeTexts() {
+  SetControlText(IDC_NOTICE_TEXT, 13101);
+  SetControlLink(IDC_NOTICE_LINK, 13102);
+}
+
+bool SettingsPage::OnNotify(const NMHDR& header, LRESULT& result) {
+  if (header.code == NM_CLICK) {
+    uint32_t urlId = LinkUrlId(static_cast<int>(header.idFrom));
+    if (urlId != 0) {
+      OpenHelpLink(urlId);
+      result = 0;
+      return true;
+    }
+  }
+  // Only the sheet's notifications to this page are the base's business.
+  if (header.hwndFrom != window_ && header.hwndFrom != GetParent(window_)) return false;
+  switch (header.code) {
+    case PSN_SETACTIVE:
+      RefreshFromSettings();
+      result = 0;
+      return true;
+    case PSN_KILLACTIVE:
+    case PSN_APPLY:
+    case PSN_RESET:
+    case PSN_HELP:
+    case PSN_WIZBACK:
+    case PSN_WIZNEXT:
+    case PSN_WIZFINISH:
+    case PSN_QUERYCANCEL:
+    case PSN_TRANSLATEACCELERATOR:
+    case PSN_QUERYINITIALFOCUS:
+      result = 0;
+      return true;
+    default:
+      return false;
+  }
+}

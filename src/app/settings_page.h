@@ -1,0 +1,48 @@
+#pragma once
+
+#include <prsht.h>
+#include <windows.h>
+
+#include <string>
+
+#include "app/app_startup.h"
+#include "app/dialog_object.h"
+
+// Base of the five pages of the sheet. A page re-reads what it shows every time it becomes the
+// active tab; it never keeps a setting beyond its controls.
+class SettingsPage : public SMDialogObject {
+ public:
+  SettingsPage(int templateId, const SMAppObjects& objects);
+
+  // The descriptor handed to CreatePropertySheetPageW (first-version size).
+  PROPSHEETPAGEW& descriptor() { return descriptor_; }
+  // The tab shows this title instead of the template's caption.
+  void SetTitle(std::wstring title);
+  void SetRightToLeft(bool rightToLeft) { rightToLeft_ = rightToLeft; }
+  bool rightToLeft() const { return rightToLeft_; }
+
+  virtual void RefreshFromSettings() = 0;
+
+ protected:
+  bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+  // Sets every text of the page (labels, buttons, wrapped links).
+  virtual void SetTexts() = 0;
+  // Runs after the texts are fitted and the values shown (administrator locks, for instance).
+  virtual void AfterInit() {}
+  // A click on one of the page's buttons; false when the id is not the page's.
+  virtual bool OnButtonClicked(int controlId);
+  // The help address id opened by a link of the page, or 0.
+  virtual uint32_t LinkUrlId(int controlId);
+  // The Chromium notice block at the bottom of the page.
+  void SetNoticeTexts();
+
+  SMAppObjects objects_;
+  bool rightToLeft_ = false;
+
+ private:
+  bool OnNotify(const NMHDR& header, LRESULT& result);
+  static UINT CALLBACK PageCallback(HWND window, UINT message, PROPSHEETPAGEW* page);
+
+  PROPSHEETPAGEW descriptor_{};
+  std::wstring title_;
+};

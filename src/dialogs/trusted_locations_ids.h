@@ -1,0 +1,10 @@
+#pragma once
+// Template 1074, the trusted locations dialog.
+
+#define IDD_TRUSTED_LOCATIONS 1074
+#define IDC_TRUSTED_DESCRIPTION 1131
+#define IDC_TRUSTED_HELP_LINK 1132
+#define IDC_TRUSTED_LIST 1059
+#define IDC_TRUSTED_ADD 1093
+#define IDC_TRUSTED_REMOVE 1094
+#define IDC_TRUSTED_CLOSE 1092

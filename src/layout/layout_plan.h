@@ -1,0 +1,44 @@
+#pragma once
+
+#include <vector>
+
+// Fitting a dialog's controls to their translated texts, on plain rectangles so that the rules
+// can be checked without windows.
+
+struct LayoutRect {
+  int left = 0;
+  int top = 0;
+  int right = 0;
+  int bottom = 0;
+  int width() const { return right - left; }
+  int height() const { return bottom - top; }
+  bool operator==(const LayoutRect&) const = default;
+};
+
+enum class LayoutKind {
+  kFixed,     // nothing to fit (edit fields, lists, icons)
+  kOneLine,   // buttons, radio buttons, check boxes, links and headings: widen to the text
+  kWrapping,  // multi-line labels: grow downwards to the text's wrapped height
+  kRule,      // an etched line beside a heading: gives way when the heading widens
+};
+
+struct LayoutControl {
+  LayoutKind kind = LayoutKind::kFixed;
+  LayoutRect rect;
+  int neededWidth = 0;  // kOneLine: width of the text plus the control's own decoration
+  // kWrapping: height of the text wrapped at the control's width. kOneLine controls that can
+  // wrap (labels, links): the height wrapped at the widest width they may have, used when even
+  // that width is too narrow for one line.
+  int neededHeight = 0;
+};
+
+// Widens one-line controls whose text does not fit (up to the right margin), lets the rules
+// beside a widened heading give way and moves other controls beside it right by the same amount,
+// grows wrapping labels (and one-line texts still too long at the margin) downwards and moves
+// everything below them down by the same amount.
+// Returns the new rectangles in the order of the input.
+std::vector<LayoutRect> PlanLayout(const std::vector<LayoutControl>& controls, int clientWidth,
+                                   int margin);
+
+// The same rectangle mirrored in a client area of the given width (right-to-left layouts).
+LayoutRect MirrorRect(const LayoutRect& rect, int clientWidth);

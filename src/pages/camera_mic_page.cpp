@@ -1,0 +1,59 @@
+#include "pages/camera_mic_page.h"
+
+#include <commctrl.h>
+
+#include "pages/camera_mic_logic.h"
+#include "pages/camera_mic_page_ids.h"
+
+CameraMicPage::CameraMicPage(const SMAppObjects& objects)
+    : SettingsPage(IDD_CAMERA_MIC_PAGE, objects) {}
+
+void CameraMicPage::SetTexts() {
+  SetControlText(IDC_CAMERA_MIC_HEADING, 31001);
+  SetControlText(IDC_CAMERA_MIC_ASK, 31002);
+  SetControlText(IDC_CAMERA_MIC_BLOCK, 31003);
+  SetControlText(IDC_CAMERA_MIC_BY_SITE, 31004);
+  SetNoticeTexts();
+}
+
+void CameraMicPage::RefreshFromSettings() {
+  // The administrator's lock is not consulted here: after a return to the tab the radio shows
+  // what is stored, while the controls stay disabled.
+  WriteRadioGroup(IDC_CAMERA_MIC_ASK, ReadCameraMicIndex(objects_.settings));
+}
+
+void CameraMicPage::AfterInit() {
+  if (IsCameraMicLockedByAdministrator(objects_.adminConfig)) ApplyAdministratorLock();
+}
+
+void CameraMicPage::ApplyAdministratorLock() {
+  WriteRadioGroup(IDC_CAMERA_MIC_ASK, kCameraMicBlock);
+  for (int id :
+       {IDC_CAMERA_MIC_HEADING, IDC_CAMERA_MIC_ASK, IDC_CAMERA_MIC_BLOCK, IDC_CAMERA_MIC_BY_SITE}) {
+    EnableWindow(GetDlgItem(window_, id), FALSE);
+  }
+  // Disabled controls get no mouse messages, so the explanation hangs on the page itself over
+  // the band from the heading to the by-site button.
+  HWND tooltip = CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP,
+                                 CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
+                                 window_, nullptr, GetModuleHandleW(nullptr), nullptr);
+  if (tooltip == nullptr) return;
+  SetWindowPos(tooltip, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  RECT heading{};
+  RECT button{};
+  RECT client{};
+  GetWindowRect(GetDlgItem(window_, IDC_CAMERA_MIC_HEADING), &heading);
+  GetWindowRect(GetDlgItem(window_, IDC_CAMERA_MIC_BY_SITE), &button);
+  MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&heading), 2);
+  MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&button), 2);
+  GetClientRect(window_, &client);
+  std::optional<std::wstring> text = GetText(31005);
+  TTTOOLINFOW tool{};
+  tool.cbSize = sizeof tool;
+  tool.uFlags = TTF_SUBCLASS;
+  tool.hwnd = window_;
+  tool.rect = RECT{client.left, heading.top, client.right, button.bottom};
+  tool.lpszText = text ? text->data() : const_cast<wchar_t*>(L"");
+  SendMessageW(tooltip, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  SendMessageW(tooltip, TTM_SETMAXTIPWIDTH, 0, 400);
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "app/settings_page.h"
+
+// The Camera and Mic tab: ask or block camera and microphone use; an administrator can lock it.
+class CameraMicPage : public SettingsPage {
+ public:
+  explicit CameraMicPage(const SMAppObjects& objects);
+  void RefreshFromSettings() override;
+
+ protected:
+  void SetTexts() override;
+  void AfterInit() override;
+
+ private:
+  void ApplyAdministratorLock();
+};

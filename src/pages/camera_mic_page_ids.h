@@ -1,0 +1,9 @@
+#pragma once
+// Template 1067, the Camera and Mic page.
+
+#define IDD_CAMERA_MIC_PAGE 1067
+#define IDC_CAMERA_MIC_HEADING 1101
+#define IDC_CAMERA_MIC_HEADING_RULE 1151
+#define IDC_CAMERA_MIC_ASK 1098
+#define IDC_CAMERA_MIC_BLOCK 1099
+#define IDC_CAMERA_MIC_BY_SITE 1100

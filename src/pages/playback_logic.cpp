@@ -1,0 +1,12 @@
+#include "pages/playback_logic.h"
+
+#include "pages/global_values.h"
+
+PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
+  int index = disallowP2PUplink.value_or(false) ? kPlaybackBlock : kPlaybackAsk;
+  return PlaybackView{index, index != kPlaybackBlock};
+}
+
+PlaybackView ReadPlaybackView(SMSettingsManager& settings) {
+  return PlaybackViewForUplink(GlobalBoolean(settings, "disallowP2PUplink"));
+}

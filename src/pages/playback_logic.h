@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+
+#include "settings/settings_manager.h"
+
+// The Playback page's radio group: 0 Ask, 1 Block.
+enum PlaybackChoice : int { kPlaybackAsk = 0, kPlaybackBlock = 1 };
+
+struct PlaybackView {
+  int index;
+  // With every site blocked there is nothing to set per site.
+  bool bySiteEnabled;
+};
+
+PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink);
+PlaybackView ReadPlaybackView(SMSettingsManager& settings);

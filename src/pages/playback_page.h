@@ -1,0 +1,14 @@
+#pragma once
+
+#include "app/settings_page.h"
+
+// The Playback tab: peer-assisted networking asked per site or blocked for all.
+class PlaybackPage : public SettingsPage {
+ public:
+  explicit PlaybackPage(const SMAppObjects& objects);
+  void RefreshFromSettings() override;
+
+ protected:
+  void SetTexts() override;
+  uint32_t LinkUrlId(int controlId) override;
+};

@@ -1,0 +1,11 @@
+#pragma once
+// Template 1068, the Playback page.
+
+#define IDD_PLAYBACK_PAGE 1068
+#define IDC_P2P_HEADING 1119
+#define IDC_P2P_HEADING_RULE 1152
+#define IDC_P2P_EXPLANATION 1120
+#define IDC_P2P_HELP_LINK 1102
+#define IDC_P2P_ASK 1118
+#define IDC_P2P_BLOCK 1105
+#define IDC_P2P_BY_SITE 1121

@@ -1,0 +1,85 @@
+#include "pages/updates_page.h"
+
+#include <commctrl.h>
+
+#include <utility>
+
+#include "pages/updates_logic.h"
+#include "pages/updates_page_ids.h"
+#include "platform/installed_players.h"
+#include "platform/win32/utf16.h"
+
+namespace {
+
+constexpr int kVersionLineIds[] = {IDC_ACTIVEX_VERSION_LABEL, IDC_ACTIVEX_VERSION,
+                                   IDC_NPAPI_VERSION_LABEL,   IDC_NPAPI_VERSION,
+                                   IDC_PPAPI_VERSION_LABEL,   IDC_PPAPI_VERSION};
+
+void SetVersion(HWND page, int controlId, const std::optional<std::string>& version) {
+  if (!version) return;  // keeps "Not installed"
+  std::optional<std::wstring> text = ToUtf16(*version);
+  if (text) SetWindowTextW(GetDlgItem(page, controlId), text->c_str());
+}
+
+// Moves a control up by the height of one version line.
+void MoveUp(HWND page, int controlId, int pixels) {
+  HWND control = GetDlgItem(page, controlId);
+  RECT bounds{};
+  GetWindowRect(control, &bounds);
+  MapWindowPoints(nullptr, page, reinterpret_cast<POINT*>(&bounds), 2);
+  if (bounds.left > bounds.right) std::swap(bounds.left, bounds.right);
+  MoveWindow(control, bounds.left, bounds.top - pixels, bounds.right - bounds.left,
+             bounds.bottom - bounds.top, TRUE);
+}
+
+}  // namespace
+
+UpdatesPage::UpdatesPage(const SMAppObjects& objects) : SettingsPage(IDD_UPDATES_PAGE, objects) {}
+
+void UpdatesPage::SetTexts() {
+  SetControlText(IDC_UPDATES_HEADING, 101200);
+  SetControlText(IDC_UPDATES_EXPLANATION, 101201);
+  SetControlText(IDC_UPDATES_AUTOMATIC, 101202);
+  SetControlText(IDC_UPDATES_NOTIFY, 101209);
+  SetControlText(IDC_UPDATES_NEVER, 101203);
+  SetControlText(IDC_UPDATES_CHANGE, 101208);
+  SetControlText(IDC_UPDATES_CHECK_NOW, 101205);
+  SetControlText(IDC_ACTIVEX_VERSION_LABEL, 102000);
+  SetControlText(IDC_NPAPI_VERSION_LABEL, 102001);
+  SetControlText(IDC_PPAPI_VERSION_LABEL, 103002);
+  for (int id : {IDC_ACTIVEX_VERSION, IDC_NPAPI_VERSION, IDC_PPAPI_VERSION}) {
+    SetControlText(id, 102002);
+  }
+  SendMessageW(GetDlgItem(window_, IDC_UPDATES_CHANGE), BCM_SETSHIELD, 0, 1);
+}
+
+void UpdatesPage::RefreshFromSettings() {
+  WriteRadioGroup(IDC_UPDATES_AUTOMATIC, ReadUpdateMode(&objects_.adminConfig));
+}
+
+void UpdatesPage::AfterInit() {
+  UpdatesView view = ComputeUpdatesView(GatherUpdatesFacts(objects_.system, objects_.adminConfig));
+  SetVersion(window_, IDC_ACTIVEX_VERSION, view.activeXVersion);
+  SetVersion(window_, IDC_NPAPI_VERSION, view.npapiVersion);
+  SetVersion(window_, IDC_PPAPI_VERSION, view.ppapiVersion);
+  if (!view.showActiveXLine) {
+    ShowWindow(GetDlgItem(window_, IDC_ACTIVEX_VERSION_LABEL), SW_HIDE);
+    ShowWindow(GetDlgItem(window_, IDC_ACTIVEX_VERSION), SW_HIDE);
+    RECT line{0, 0, 0, 10};
+    MapDialogRect(window_, &line);
+    for (int id :
+         {IDC_NPAPI_VERSION_LABEL, IDC_NPAPI_VERSION, IDC_PPAPI_VERSION_LABEL, IDC_PPAPI_VERSION}) {
+      MoveUp(window_, id, line.bottom);
+    }
+  }
+  for (int id : {IDC_UPDATES_AUTOMATIC, IDC_UPDATES_NOTIFY, IDC_UPDATES_NEVER}) {
+    EnableWindow(GetDlgItem(window_, id), view.radiosEnabled);
+  }
+  ShowWindow(GetDlgItem(window_, IDC_UPDATES_CHANGE), view.changeButtonVisible ? SW_SHOW : SW_HIDE);
+  if (view.locked) {
+    EnableWindow(GetDlgItem(window_, IDC_UPDATES_HEADING), FALSE);
+    EnableWindow(GetDlgItem(window_, IDC_UPDATES_EXPLANATION), FALSE);
+    EnableWindow(GetDlgItem(window_, IDC_UPDATES_CHECK_NOW), FALSE);
+    for (int id : kVersionLineIds) EnableWindow(GetDlgItem(window_, id), FALSE);
+  }
+}
