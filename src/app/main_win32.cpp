@@ -1,6 +1,8 @@
 // The entry of VantrelPlayerApp.exe: one property sheet, no other window and no other loop.
-#include <commctrl.h>
+// clang-format off
 #include <windows.h>
+#include <commctrl.h>
+// clang-format on
 
 #include "app/app_startup.h"
 #include "app/common_controls.h"

@@ -1,7 +1,9 @@
 #pragma once
 
-#include <prsht.h>
+// clang-format off
 #include <windows.h>
+#include <prsht.h>
+// clang-format on
 
 #include <string>
 
