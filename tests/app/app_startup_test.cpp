@@ -1,0 +1,305 @@
+#include "app/app_startup.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/fake_system.h"
+#include "support/native_platform.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+constexpr auto kMachine = SMSystem::RegistryRoot::LocalMachine32;
+constexpr const char* kActiveXKey = "SOFTWARE\\Tessaline\\VantrelPlayerActiveX";
+constexpr const char* kNpapiKey = "SOFTWARE\\Tessaline\\VantrelPlayerPlugin";
+constexpr const char* kPpapiKey = "SOFTWARE\\Tessaline\\VantrelPlayerPepper";
+
+const char* PageName(SMPageKind kind) {
+  switch (kind) {
+    case SMPageKind::kStorage:
+      return "Storage";
+    case SMPageKind::kCameraMic:
+      return "CameraMic";
+    case SMPageKind::kPlayback:
+      return "Playback";
+    case SMPageKind::kUpdates:
+      return "Updates";
+    case SMPageKind::kAdvanced:
+      return "Advanced";
+  }
+  return "?";
+}
+
+// Records what the entry asks of the sheet, and when, in one log shared with the objects.
+class RecordingFrame : public SMSheetFrame {
+ public:
+  explicit RecordingFrame(std::vector<std::string>& log) : log_(log) {}
+  void CreateSheet(const std::string& caption) override { log_.push_back("sheet " + caption); }
+  void CreatePage(SMPageKind kind, const SMAppObjects&, bool rightToLeft) override {
+    log_.push_back(std::string("page ") + PageName(kind) + (rightToLeft ? " rtl" : ""));
+  }
+  void SetPageTitle(SMPageKind kind, const std::string& title) override {
+    log_.push_back(std::string("title ") + PageName(kind) + "=" + title);
+  }
+  bool AddPage(SMPageKind kind) override {
+    log_.push_back(std::string("add ") + PageName(kind));
+    addedPages.push_back(PageName(kind));
+    return true;
+  }
+  void SetStartPage(int index) override {
+    log_.push_back("start " + std::to_string(index));
+    startPage = index;
+  }
+  void RunModal() override { log_.push_back("run"); }
+  void DestroyPagesAndSheet() override { log_.push_back("destroy pages and sheet"); }
+
+  std::vector<std::string> addedPages;
+  int startPage = -1;
+
+ private:
+  std::vector<std::string>& log_;
+};
+
+class LoggedSettings : public SMSettingsManager {
+ public:
+  LoggedSettings(SMPlatformServices& platform, std::vector<std::string>& log)
+      : SMSettingsManager(platform), log_(log) {}
+  ~LoggedSettings() override { log_.push_back("~settings"); }
+
+ private:
+  std::vector<std::string>& log_;
+};
+
+class LoggedStrings : public SMUserLanguageStringTable {
+ public:
+  LoggedStrings(SMSystem& system, std::vector<std::string>& log)
+      : SMUserLanguageStringTable(system), log_(log) {}
+  ~LoggedStrings() override { log_.push_back("~strings"); }
+
+ private:
+  std::vector<std::string>& log_;
+};
+
+class LoggedAdminConfig : public SMAdminConfig {
+ public:
+  LoggedAdminConfig(std::string path, std::vector<std::string>& log)
+      : SMAdminConfig(std::move(path)), log_(log) {}
+  ~LoggedAdminConfig() override { log_.push_back("~adminconfig"); }
+
+ private:
+  std::vector<std::string>& log_;
+};
+
+// Wraps the build's own platform so that its end shows in the log.
+class LoggedPlatform : public SMPlatformServices {
+ public:
+  LoggedPlatform(SMSystem& system, std::vector<std::string>& log)
+      : SMPlatformServices(system), inner_(MakeNativePlatform(system)), log_(log) {}
+  ~LoggedPlatform() override { log_.push_back("~platform"); }
+  bool DeleteTree(const std::string& path) override { return inner_->DeleteTree(path); }
+  bool RemoveTreeByAge(const std::string& path, uint64_t minAge, uint64_t maxAge) override {
+    return inner_->RemoveTreeByAge(path, minAge, maxAge);
+  }
+  uint64_t TreeSize(const std::string& path) override { return inner_->TreeSize(path); }
+  bool CreateFolder(const std::string& parent, const std::string& name) override {
+    return inner_->CreateFolder(parent, name);
+  }
+  std::optional<std::vector<std::string>> ListEntries(const std::string& folder) override {
+    return inner_->ListEntries(folder);
+  }
+
+ private:
+  std::unique_ptr<SMPlatformServices> inner_;
+  std::vector<std::string>& log_;
+};
+
+class LoggingFactory : public SMAppFactory {
+ public:
+  explicit LoggingFactory(std::vector<std::string>& log) : log_(log) {}
+  std::unique_ptr<SMPlatformServices> CreatePlatform(SMSystem& system) override {
+    log_.push_back("platform");
+    return std::make_unique<LoggedPlatform>(system, log_);
+  }
+  std::unique_ptr<SMSettingsManager> CreateSettings(SMPlatformServices& platform) override {
+    log_.push_back("settings");
+    if (settingsFail) return nullptr;
+    return std::make_unique<LoggedSettings>(platform, log_);
+  }
+  std::unique_ptr<SMStringTable> CreateStringTable(SMSystem& system) override {
+    log_.push_back("strings");
+    return std::make_unique<LoggedStrings>(system, log_);
+  }
+  std::unique_ptr<SMAdminConfig> CreateAdminConfig(const std::string& path) override {
+    log_.push_back("adminconfig " + path);
+    adminConfigPath = path;
+    return std::make_unique<LoggedAdminConfig>(path, log_);
+  }
+
+  bool settingsFail = false;
+  std::string adminConfigPath;
+
+ private:
+  std::vector<std::string>& log_;
+};
+
+class AppStartupTest : public ::testing::Test {
+ protected:
+  AppStartupTest() {
+    system.roamingAppData = profile.Utf8("Roaming");
+    system.localAppData = profile.Utf8("Local");
+    system.systemWow64 = profile.Utf8("syswow64");
+    SMPlatformServices::ResetPathCachesForTesting();
+  }
+
+  int Run() { return RunSettingsApplication(system, factory, frame); }
+
+  TempFolder profile;
+  FakeSystem system;
+  std::vector<std::string> log;
+  LoggingFactory factory{log};
+  RecordingFrame frame{log};
+};
+
+TEST(StartPageIndexTest, KeywordsSelectFixedIndicesFirstMatchWinning) {
+  struct Case {
+    const char* commandLine;
+    bool updatesWanted;
+    int index;
+  };
+  const Case cases[] = {
+      {"app.exe", true, -1},
+      {"app.exe startupdialog=storage", true, 0},
+      {"app.exe startupdialog=cammic", false, 1},
+      {"app.exe startupdialog=playback", true, 2},
+      // With the Updates page the fixed indices cross: "advanced" opens Updates and back.
+      {"app.exe startupdialog=advanced", true, 3},
+      {"app.exe startupdialog=updates", true, 4},
+      {"app.exe startupdialog=advanced", false, 3},
+      {"app.exe startupdialog=updates", false, -1},
+      {"app.exe startupdialog=cammic startupdialog=storage", true, 0},
+      {"app.exe startupdialog=updates startupdialog=advanced", true, 3},
+      {"app.exe StartupDialog=storage", true, -1},
+      {"app.exe startupdialog=STORAGE", true, -1},
+      {"app.exe startupdialog=advancedx", true, 3},
+      // The program path is part of the command line too.
+      {"C:\\startupdialog=playback\\app.exe", true, 2},
+  };
+  for (const Case& test : cases) {
+    EXPECT_EQ(StartPageIndex(test.commandLine, test.updatesWanted), test.index)
+        << test.commandLine << " updates=" << test.updatesWanted;
+  }
+}
+
+TEST_F(AppStartupTest, BuildsRunsAndTearsDownInOrderWithTheUpdatesPage) {
+  system.AddRegistryKey(kMachine, kNpapiKey);
+  system.commandLine = "VantrelPlayerApp.exe startupdialog=advanced";
+
+  EXPECT_EQ(Run(), 0);
+
+  std::string adminPath = factory.adminConfigPath;
+  EXPECT_NE(adminPath.find("tss.cfg"), std::string::npos);
+  EXPECT_THAT(log, ElementsAreArray(std::vector<std::string>{
+                       "platform",
+                       "settings",
+                       "strings",
+                       "adminconfig " + adminPath,
+                       "sheet Vantrel Player Settings Manager",
+                       "page Storage",
+                       "page CameraMic",
+                       "page Playback",
+                       "page Updates",
+                       "page Advanced",
+                       "title Storage=Storage",
+                       "title CameraMic=Camera and Mic",
+                       "title Playback=Playback",
+                       "title Updates=Updates",
+                       "title Advanced=Advanced",
+                       "add Storage",
+                       "add CameraMic",
+                       "add Playback",
+                       "add Updates",
+                       "add Advanced",
+                       "start 3",
+                       "run",
+                       "~strings",
+                       "~adminconfig",
+                       "~settings",
+                       "~platform",
+                       "destroy pages and sheet",
+                   }));
+}
+
+TEST_F(AppStartupTest, UpdatesPageOnlyForNonPartnerPlayersTheSystemStillServes) {
+  struct Case {
+    const char* name;
+    bool windows8OrLater;
+    std::vector<const char*> keys;
+    std::vector<const char*> partnerKeys;
+    bool updatesPage;
+  };
+  const Case cases[] = {
+      {"no player", true, {}, {}, false},
+      {"NPAPI", true, {kNpapiKey}, {}, true},
+      {"PPAPI", true, {kPpapiKey}, {}, true},
+      {"ActiveX only, Windows 8", true, {kActiveXKey}, {}, false},
+      {"ActiveX only, Windows 7", false, {kActiveXKey}, {}, true},
+      {"partner builds only", true, {}, {kNpapiKey, kPpapiKey}, false},
+      {"partner NPAPI beside a plain PPAPI", true, {kPpapiKey}, {kNpapiKey}, true},
+  };
+  for (const Case& test : cases) {
+    FakeSystem caseSystem;
+    caseSystem.roamingAppData = profile.Utf8("Roaming");
+    caseSystem.systemWow64 = profile.Utf8("syswow64");
+    caseSystem.windows8OrLater = test.windows8OrLater;
+    caseSystem.commandLine = "VantrelPlayerApp.exe startupdialog=updates";
+    for (const char* key : test.keys) caseSystem.AddRegistryKey(kMachine, key);
+    for (const char* key : test.partnerKeys) {
+      caseSystem.AddRegistryKey(kMachine, key);
+      caseSystem.SetRegistryNumber(kMachine, key, "isPartner", 1);
+    }
+    std::vector<std::string> caseLog;
+    LoggingFactory caseFactory(caseLog);
+    RecordingFrame caseFrame(caseLog);
+    RunSettingsApplication(caseSystem, caseFactory, caseFrame);
+
+    std::vector<std::string> expected{"Storage", "CameraMic", "Playback"};
+    if (test.updatesPage) expected.push_back("Updates");
+    expected.push_back("Advanced");
+    EXPECT_EQ(caseFrame.addedPages, expected) << test.name;
+    // "updates" selects index 4 only while there are five pages.
+    EXPECT_EQ(caseFrame.startPage, test.updatesPage ? 4 : -1) << test.name;
+  }
+}
+
+TEST_F(AppStartupTest, RightToLeftLanguagesMirrorEveryPage) {
+  for (uint16_t language : {uint16_t{0x040D}, uint16_t{0x0401}, uint16_t{0x0C01}}) {
+    log.clear();
+    system.uiLanguages = {language};
+    Run();
+    int mirrored = 0;
+    for (const std::string& entry : log) mirrored += entry.ends_with(" rtl") ? 1 : 0;
+    EXPECT_EQ(mirrored, kPageKindCount) << std::hex << language;
+  }
+  log.clear();
+  system.uiLanguages = {0x0409};
+  Run();
+  for (const std::string& entry : log) EXPECT_FALSE(entry.ends_with(" rtl")) << entry;
+}
+
+TEST_F(AppStartupTest, MissingSettingsManagerShowsNothingAndReleasesTheRest) {
+  factory.settingsFail = true;
+  EXPECT_EQ(Run(), 0);
+  std::string adminPath = factory.adminConfigPath;
+  EXPECT_THAT(log, ElementsAre("platform", "settings", "strings", "adminconfig " + adminPath,
+                               "~strings", "~adminconfig", "~platform"));
+  EXPECT_THAT(frame.addedPages, IsEmpty());
+}
+
+}  // namespace

@@ -1,0 +1,42 @@
+#include "app/page_text.h"
+
+#include <gtest/gtest.h>
+
+#include "app/common_controls.h"
+
+namespace {
+
+TEST(PageTextTest, WrapLinkMakesTheWholeTextOneLink) {
+  std::optional<std::wstring> text = L"Learn more";
+  EXPECT_TRUE(WrapLink(text));
+  EXPECT_EQ(*text, L"<a>Learn more</a>");
+
+  std::optional<std::wstring> empty = L"";
+  EXPECT_TRUE(WrapLink(empty));
+  EXPECT_EQ(*empty, L"<a></a>");
+
+  std::optional<std::wstring> missing;
+  EXPECT_FALSE(WrapLink(missing));
+  EXPECT_FALSE(missing.has_value());
+}
+
+TEST(PageTextTest, AppendParagraphJoinsWithABlankLineAndIgnoresAMissingText) {
+  std::optional<std::wstring> text = L"First.";
+  EXPECT_TRUE(AppendParagraph(text, L"Second."));
+  EXPECT_EQ(*text, L"First.\n\nSecond.");
+
+  EXPECT_FALSE(AppendParagraph(text, std::nullopt));
+  EXPECT_EQ(*text, L"First.\n\nSecond.");
+}
+
+TEST(PageTextTest, ConfirmationFlagsAddRightToLeftReadingOnlyForMirroredLanguages) {
+  EXPECT_EQ(ConfirmBoxFlags(false), 0x131u);  // OK/Cancel, warning, Cancel default
+  EXPECT_EQ(ConfirmBoxFlags(true), 0x180131u);
+}
+
+TEST(CommonControlsTest, TheProgramRegistersLinksListsTabsAndStandardControls) {
+  // ICC_LINK_CLASS, ICC_LISTVIEW_CLASSES, ICC_TAB_CLASSES, ICC_STANDARD_CLASSES.
+  EXPECT_EQ(kCommonControlClasses, 0x8000u | 0x1u | 0x8u | 0x4000u);
+}
+
+}  // namespace
