@@ -40,7 +40,7 @@ struct CentralObjects {
   void Destroy() {
     strings.reset();
     adminConfig.reset();
-    if (privateData) privateData->ClearPlatform();
+    if (privateData) privateData->ForgetPlatform();
     privateData.reset();
     settings.reset();
     platform.reset();

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "admincfg/admin_config.h"
-#include "app/private_data_folder.h"
 #include "l10n/string_table.h"
 #include "platform/platform_services.h"
+#include "platform/private_data_folder.h"
 #include "platform/system.h"
 #include "settings/settings_manager.h"
 

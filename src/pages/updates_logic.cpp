@@ -1,18 +1,19 @@
 #include "pages/updates_logic.h"
 
 #include "platform/installed_players.h"
+#include "platform/update_service.h"
 
 UpdatesFacts GatherUpdatesFacts(SMSystem& system, const SMAdminConfig& adminConfig) {
   UpdatesFacts facts;
   facts.windows8OrLater = system.IsWindows8OrLater();
   facts.chromeMode = system.CommandLine().find("mode=chrome") != std::string::npos;
   facts.userAdmin = system.IsUserAdmin();
-  facts.mode = ReadUpdateMode(&adminConfig);
+  facts.mode = ReadUpdateMode(adminConfig);
   // The ActiveX control does not exist from Windows 8 on; its key is not even read there.
   if (!facts.windows8OrLater)
-    facts.activeXVersion = ReadPlayerVersion(system, PlayerKind::kActiveX);
-  facts.npapiVersion = ReadPlayerVersion(system, PlayerKind::kNpapi);
-  facts.ppapiVersion = ReadPlayerVersion(system, PlayerKind::kPpapi);
+    facts.activeXVersion = ReadPlayerVersion(system, PlayerKind::ActiveX);
+  facts.npapiVersion = ReadPlayerVersion(system, PlayerKind::Npapi);
+  facts.ppapiVersion = ReadPlayerVersion(system, PlayerKind::Ppapi);
   return facts;
 }
 

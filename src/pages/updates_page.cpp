@@ -6,7 +6,7 @@
 
 #include "pages/updates_logic.h"
 #include "pages/updates_page_ids.h"
-#include "platform/installed_players.h"
+#include "platform/update_service.h"
 #include "platform/win32/utf16.h"
 
 namespace {
@@ -54,7 +54,7 @@ void UpdatesPage::SetTexts() {
 }
 
 void UpdatesPage::RefreshFromSettings() {
-  WriteRadioGroup(IDC_UPDATES_AUTOMATIC, ReadUpdateMode(&objects_.adminConfig));
+  WriteRadioGroup(IDC_UPDATES_AUTOMATIC, ReadUpdateMode(objects_.adminConfig));
 }
 
 void UpdatesPage::AfterInit() {

@@ -1,3 +1,0 @@
-#pragma once
-// Interim stand-in until the settings store lands; deleted then.
-class SettingsTable {};
