@@ -1,0 +1,122 @@
+#include "app_driver.h"
+
+#include <chrono>
+#include <thread>
+
+namespace {
+
+constexpr wchar_t kSheetCaption[] = L"Vantrel Player Settings Manager";
+constexpr auto kAppearTimeout = std::chrono::seconds(20);
+constexpr DWORD kCloseTimeoutMs = 5000;
+
+struct SheetSearch {
+  DWORD processId;
+  HWND found;
+};
+
+BOOL CALLBACK FindSheetOfProcess(HWND window, LPARAM parameter) {
+  auto* search = reinterpret_cast<SheetSearch*>(parameter);
+  DWORD owner = 0;
+  GetWindowThreadProcessId(window, &owner);
+  wchar_t className[16] = {};
+  GetClassNameW(window, className, 16);
+  if (owner == search->processId && wcscmp(className, L"#32770") == 0 &&
+      WindowText(window) == kSheetCaption && IsWindowVisible(window)) {
+    search->found = window;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+}  // namespace
+
+std::wstring AppPath() {
+  std::wstring path = L"Z:" VP_APP_EXE_PATH;
+  for (wchar_t& c : path) {
+    if (c == L'/') c = L'\\';
+  }
+  return path;
+}
+
+std::wstring WindowText(HWND window) {
+  wchar_t text[2048] = {};
+  SendMessageW(window, WM_GETTEXT, 2048, reinterpret_cast<LPARAM>(text));
+  return text;
+}
+
+LONG ExtendedStyle(HWND window) {
+  return GetWindowLongW(window, GWL_EXSTYLE);
+}
+
+bool IsChecked(HWND page, int controlId) {
+  return SendMessageW(GetDlgItem(page, controlId), BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+AppUnderTest::~AppUnderTest() {
+  Stop();
+}
+
+bool AppUnderTest::Start(const std::wstring& arguments, std::string* reason) {
+  std::wstring commandLine = L"\"" + AppPath() + L"\"";
+  if (!arguments.empty()) commandLine += L" " + arguments;
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                      &startup, &process_)) {
+    *reason = "CreateProcess failed with error " + std::to_string(GetLastError());
+    return false;
+  }
+  auto deadline = std::chrono::steady_clock::now() + kAppearTimeout;
+  while (std::chrono::steady_clock::now() < deadline) {
+    SheetSearch search{process_.dwProcessId, nullptr};
+    EnumWindows(&FindSheetOfProcess, reinterpret_cast<LPARAM>(&search));
+    if (search.found != nullptr) {
+      sheet_ = search.found;
+      // The sheet is created; let it finish its first page.
+      SendMessageW(sheet_, WM_NULL, 0, 0);
+      return true;
+    }
+    if (WaitForSingleObject(process_.hProcess, 50) == WAIT_OBJECT_0) {
+      DWORD exitCode = 0;
+      GetExitCodeProcess(process_.hProcess, &exitCode);
+      *reason = "the program ended with status " + std::to_string(exitCode) + " before its sheet";
+      return false;
+    }
+  }
+  *reason = "no sheet appeared within the time limit";
+  return false;
+}
+
+void AppUnderTest::Stop() {
+  if (process_.hProcess == nullptr) return;
+  if (sheet_ != nullptr && IsWindow(sheet_)) PostMessageW(sheet_, WM_CLOSE, 0, 0);
+  if (WaitForSingleObject(process_.hProcess, kCloseTimeoutMs) != WAIT_OBJECT_0) {
+    TerminateProcess(process_.hProcess, 1);
+    WaitForSingleObject(process_.hProcess, kCloseTimeoutMs);
+  }
+  CloseHandle(process_.hThread);
+  CloseHandle(process_.hProcess);
+  process_ = PROCESS_INFORMATION{};
+  sheet_ = nullptr;
+}
+
+HWND AppUnderTest::tabs() const {
+  return reinterpret_cast<HWND>(SendMessageW(sheet_, PSM_GETTABCONTROL, 0, 0));
+}
+
+int AppUnderTest::TabCount() const {
+  return static_cast<int>(SendMessageW(tabs(), TCM_GETITEMCOUNT, 0, 0));
+}
+
+int AppUnderTest::CurrentTab() const {
+  return static_cast<int>(SendMessageW(tabs(), TCM_GETCURSEL, 0, 0));
+}
+
+HWND AppUnderTest::CurrentPage() const {
+  return reinterpret_cast<HWND>(SendMessageW(sheet_, PSM_GETCURRENTPAGEHWND, 0, 0));
+}
+
+HWND AppUnderTest::SelectTab(int index) const {
+  SendMessageW(sheet_, PSM_SETCURSEL, static_cast<WPARAM>(index), 0);
+  return CurrentPage();
+}

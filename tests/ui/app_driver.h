@@ -1,0 +1,43 @@
+#pragma once
+
+// clang-format off
+#include <windows.h>
+#include <commctrl.h>
+// clang-format on
+
+#include <string>
+#include <vector>
+
+// Starts VantrelPlayerApp.exe in the test's Wine prefix and finds its sheet. Every process it
+// starts it also ends, by its own handle.
+class AppUnderTest {
+ public:
+  AppUnderTest() = default;
+  ~AppUnderTest();
+  AppUnderTest(const AppUnderTest&) = delete;
+  AppUnderTest& operator=(const AppUnderTest&) = delete;
+
+  // Starts the program with the arguments after its path and waits for its sheet; false (with a
+  // reason) when it did not appear. The program inherits the driver's locale.
+  bool Start(const std::wstring& arguments, std::string* reason);
+  // Closes the sheet, waits for the process, and ends it if it does not go by itself.
+  void Stop();
+
+  HWND sheet() const { return sheet_; }
+  HWND tabs() const;
+  int TabCount() const;
+  int CurrentTab() const;
+  HWND CurrentPage() const;
+  // Selects a tab as a click would (the page gets PSN_SETACTIVE) and returns its page window.
+  HWND SelectTab(int index) const;
+
+ private:
+  PROCESS_INFORMATION process_{};
+  HWND sheet_ = nullptr;
+};
+
+// The built program, as the driver sees it inside Wine.
+std::wstring AppPath();
+std::wstring WindowText(HWND window);
+LONG ExtendedStyle(HWND window);
+bool IsChecked(HWND page, int controlId);
