@@ -28,7 +28,7 @@ PLACEHOLDER = re.compile(r"%(?:%|[-+ #0]*(?:\d+|\*)?(?:\.(?:\d+|\*))?"
 
 # Kept as they are in every language whenever the English text has them.
 KEPT_NAMES = ["Vantrel Player", "Brinmor", "Tessaline", "tss.cfg", "HTTPS", "ActiveX", "NPAPI",
-              "PPAPI", "*.vtm", "(*.*)", "www.example.com"]
+              "PPAPI", "*.vtm", "VTM", "(*.*)", "www.example.com", "Google Chrome", "Chromium"]
 
 # Unicode script words (from character names) that a language's texts must be written in.
 SCRIPTS = {
