@@ -11,6 +11,40 @@
 
 namespace {
 
+// Well-formed UTF-8 without overlong forms or surrogates: the program converts every text with
+// MultiByteToWideChar, which would turn a broken byte sequence into replacement characters.
+bool IsValidUtf8(const char* text) {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text);
+  while (*bytes != 0) {
+    const unsigned lead = *bytes;
+    int extra = 0;
+    uint32_t codePoint = 0;
+    if (lead < 0x80) {
+      codePoint = lead;
+    } else if ((lead & 0xE0) == 0xC0) {
+      extra = 1;
+      codePoint = lead & 0x1F;
+    } else if ((lead & 0xF0) == 0xE0) {
+      extra = 2;
+      codePoint = lead & 0x0F;
+    } else if ((lead & 0xF8) == 0xF0) {
+      extra = 3;
+      codePoint = lead & 0x07;
+    } else {
+      return false;
+    }
+    for (int index = 1; index <= extra; ++index) {
+      if ((bytes[index] & 0xC0) != 0x80) return false;
+      codePoint = (codePoint << 6) | (bytes[index] & 0x3F);
+    }
+    const uint32_t smallest[] = {0, 0x80, 0x800, 0x10000};
+    if (codePoint < smallest[extra] || codePoint > 0x10FFFF) return false;
+    if (codePoint >= 0xD800 && codePoint <= 0xDFFF) return false;
+    bytes += extra + 1;
+  }
+  return true;
+}
+
 // A table in a fixed language that counts how often it was asked for its language.
 class CountingStringTable : public SMStringTable {
  public:
@@ -70,6 +104,7 @@ TEST(StringTableTest, FindsEveryIdInEveryLanguageAndNothingBetweenThem) {
       const char* text = table.GetString(id);
       ASSERT_NE(text, nullptr) << "id " << id << " language " << language;
       EXPECT_GT(std::strlen(text), 0u) << "id " << id << " language " << language;
+      EXPECT_TRUE(IsValidUtf8(text)) << "id " << id << " language " << language;
       for (uint32_t neighbour : {id - 1, id + 1}) {
         if (ids.count(neighbour) == 0) {
           EXPECT_EQ(table.GetString(neighbour), nullptr) << neighbour;
