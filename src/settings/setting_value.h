@@ -67,3 +67,7 @@ class SettingArray {
  private:
   std::vector<SettingValue> elements_;
 };
+
+// True when both values have the same name, type and payload (numbers compared bit for bit,
+// arrays element by element).
+bool IdenticalValues(const SettingValue& a, const SettingValue& b);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,5 +49,39 @@ class SMSettingsManager {
   const std::string& storedDataFolder() const;
   const std::string& settingsFolder() const;
 
-  // (private state is the implementation's)
+  // The folder of site data kept for sandboxed browsers (Windows only; empty elsewhere).
+  const std::string& appContainerFolder() const { return appContainerFolder_; }
+
+  // Forgets the site defaults taken from the master file, as a new run of the program would.
+  void ResetSiteDefaultsForTesting() { siteDefaults_.reset(); }
+
+ protected:
+  SMPlatformServices& platform() { return platform_; }
+
+ private:
+  // The values a new site takes from the master file, read once per run.
+  struct SiteDefaults {
+    bool defaultAlways = false;
+    double defaultKLimit = 100;
+  };
+
+  const SiteDefaults& SiteDefaultsOfThisRun();
+  // Reads and parses a whole settings file; nothing when it is absent or unreadable.
+  std::unique_ptr<SettingsTable> ReadSettingsFile(const std::string& path, bool* unreadable);
+  // The folder and file of a domain's settings; nothing for a site name that cannot name a
+  // folder of its own inside the settings folder.
+  std::optional<std::string> SettingsFolderOf(const std::string& domain) const;
+  std::optional<std::string> SettingsFileOf(const std::string& domain) const;
+  // The folder of a site's stored data inside a base folder, or nothing (see IsContainedName).
+  std::optional<std::string> SiteFolderIn(const std::string& baseFolder,
+                                          const std::string& site) const;
+  bool StoreKnownSites(const SettingArray& sites);
+
+  std::string dataRoot_;
+  std::string storedDataFolder_;
+  SMPlatformServices& platform_;
+  std::map<std::string, std::unique_ptr<SettingsTable>> cache_;
+  std::string settingsFolder_;
+  std::string appContainerFolder_;
+  std::optional<SiteDefaults> siteDefaults_;
 };

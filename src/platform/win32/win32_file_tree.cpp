@@ -1,10 +1,182 @@
+#include <windows.h>
+// shellapi.h needs windows.h first.
+#include <shellapi.h>
+
+#include "platform/file_tree_support.h"
+#include "platform/win32/utf16.h"
 #include "platform/win32/win32_platform.h"
 
-// Placeholder until the file-tree operations land: every operation fails.
-bool Win32PlatformServices::DeleteTree(const std::string&) { return false; }
-bool Win32PlatformServices::RemoveTreeByAge(const std::string&, uint64_t, uint64_t) { return false; }
-uint64_t Win32PlatformServices::TreeSize(const std::string&) { return 0; }
-bool Win32PlatformServices::CreateFolder(const std::string&, const std::string&) { return false; }
-std::optional<std::vector<std::string>> Win32PlatformServices::ListEntries(const std::string&) {
-  return std::nullopt;
+namespace {
+
+// SHFileOperationW results that mean the source was missing or not valid: deleting what is not
+// there counts as done.
+constexpr int kDeleteSuccessCodes[] = {0, 2, 124, 1026};
+constexpr FILEOP_FLAGS kSilentDelete = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOERRORUI;
+
+std::optional<uint64_t>& FixedNow() {
+  static std::optional<uint64_t> fixedNow;
+  return fixedNow;
+}
+
+uint64_t ToU64(const FILETIME& time) {
+  return (static_cast<uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
+}
+
+bool IsDotEntry(const wchar_t* name) {
+  return name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0'));
+}
+
+// A folder reached through a junction or a symbolic link is not walked: what it points to lies
+// outside the tree.
+bool IsRealFolder(const WIN32_FIND_DATAW& entry) {
+  return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 &&
+         (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
+}
+
+// Calls visit(entry) for every entry of the folder but "." and ".."; false when the listing
+// cannot start.
+template <typename Visit>
+bool ForEachEntry(const std::wstring& folder, Visit visit) {
+  WIN32_FIND_DATAW entry;
+  HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &entry);
+  if (find == INVALID_HANDLE_VALUE) return false;
+  do {
+    if (!IsDotEntry(entry.cFileName)) visit(entry);
+  } while (FindNextFileW(find, &entry));
+  FindClose(find);
+  return true;
+}
+
+struct WalkResult {
+  bool succeeded;
+  bool empty;
+};
+
+WalkResult WalkByAge(const std::wstring& folder, uint64_t minAge, uint64_t maxAge) {
+  uint64_t now = FileTreeNow();
+  if (now == 0) return {false, false};
+  bool empty = true;
+  bool listed = ForEachEntry(folder, [&](const WIN32_FIND_DATAW& entry) {
+    std::wstring path = folder + L"\\" + entry.cFileName;
+    if (IsRealFolder(entry)) {
+      WalkResult sub = WalkByAge(path, minAge, maxAge);
+      if (!sub.succeeded || !sub.empty || !RemoveDirectoryW(path.c_str())) empty = false;
+    } else if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ||
+               !IsInsideAgeWindow(now, ToU64(entry.ftLastWriteTime), minAge, maxAge) ||
+               !DeleteFileW(path.c_str())) {
+      empty = false;
+    }
+  });
+  if (!listed) return {false, false};
+  return {true, empty};
+}
+
+uint64_t SizeOf(const std::wstring& path) {
+  DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return 0;
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return 0;
+    LARGE_INTEGER size{};
+    BOOL known = GetFileSizeEx(file, &size);
+    CloseHandle(file);
+    return known ? static_cast<uint64_t>(size.QuadPart) : 0;
+  }
+  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return 0;
+  uint64_t total = 0;
+  ForEachEntry(path, [&](const WIN32_FIND_DATAW& entry) {
+    total += SizeOf(path + L"\\" + entry.cFileName);
+  });
+  return total;
+}
+
+// Creates the folder, or, when that fails for another reason than its existence, the nearest
+// missing ancestor only. The player's step does not retry the folder itself afterwards, so
+// CreateFolder succeeds when at most the parent is missing; callers depend on nothing more.
+void EnsureFolder(const std::wstring& path) {
+  if (CreateDirectoryW(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS) return;
+  size_t cut = path.rfind(L'\\');
+  if (cut == std::wstring::npos || cut == 0) return;
+  EnsureFolder(path.substr(0, cut));
+}
+
+}  // namespace
+
+uint64_t FileTreeNow() {
+  if (FixedNow()) return *FixedNow();
+  SYSTEMTIME systemTime;
+  GetSystemTime(&systemTime);
+  FILETIME fileTime;
+  if (!SystemTimeToFileTime(&systemTime, &fileTime)) return 0;
+  return ToU64(fileTime);
+}
+
+void SetFileTreeNowForTesting(std::optional<uint64_t> fixedNow) {
+  FixedNow() = fixedNow;
+}
+
+bool Win32PlatformServices::DeleteTree(const std::string& path) {
+  std::optional<std::wstring> widePath = ToUtf16(path);
+  if (!widePath) return false;
+  std::wstring fromList = *widePath;
+  fromList.push_back(L'\0');  // the shell's list of names ends with an empty name
+  SHFILEOPSTRUCTW operation{};
+  operation.wFunc = FO_DELETE;
+  operation.pFrom = fromList.c_str();
+  operation.fFlags = kSilentDelete;
+  int result = SHFileOperationW(&operation);
+  for (int success : kDeleteSuccessCodes) {
+    if (result == success) return true;
+  }
+  return false;
+}
+
+bool Win32PlatformServices::RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
+                                            uint64_t maxAgeSeconds) {
+  std::optional<std::wstring> widePath = ToUtf16(path);
+  if (!widePath) return false;
+  WalkResult walk = WalkByAge(*widePath, minAgeSeconds, maxAgeSeconds);
+  if (walk.succeeded && walk.empty) return RemoveDirectoryW(widePath->c_str()) != 0;
+  return walk.succeeded;
+}
+
+uint64_t Win32PlatformServices::TreeSize(const std::string& path) {
+  std::optional<std::wstring> widePath = ToUtf16(path);
+  return widePath ? SizeOf(*widePath) : 0;
+}
+
+bool Win32PlatformServices::CreateFolder(const std::string& parent, const std::string& name) {
+  std::optional<std::wstring> wideParent = ToUtf16(parent);
+  std::optional<std::wstring> wideName = ToUtf16(name);
+  if (!wideParent || !wideName) return false;
+  EnsureFolder(*wideParent);
+  std::wstring path = *wideParent + L"\\" + *wideName;
+  return CreateDirectoryW(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS;
+}
+
+std::optional<std::vector<std::string>> Win32PlatformServices::ListEntries(
+    const std::string& folder) {
+  std::optional<std::wstring> wideFolder = ToUtf16(folder);
+  if (!wideFolder) return std::nullopt;
+  std::vector<std::string> names;
+  WIN32_FIND_DATAW entry;
+  HANDLE find = FindFirstFileW((*wideFolder + L"\\*").c_str(), &entry);
+  if (find == INVALID_HANDLE_VALUE) return names;
+  // The first two entries are "." and ".." and are dropped unseen, as the player does.
+  if (FindNextFileW(find, &entry) && FindNextFileW(find, &entry)) {
+    do {
+      // A "." or ".." further down is never a real entry (and must never be deleted as one).
+      if (IsDotEntry(entry.cFileName)) continue;
+      std::optional<std::string> name = ToUtf8(entry.cFileName);
+      if (!name) {
+        FindClose(find);
+        return std::nullopt;
+      }
+      names.push_back(std::move(*name));
+    } while (FindNextFileW(find, &entry));
+  }
+  FindClose(find);
+  SortEntryNames(names);
+  return names;
 }

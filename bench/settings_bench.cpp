@@ -1,0 +1,83 @@
+// Parse and write throughput of the settings files the program handles most: a master file
+// listing 10,000 sites and one small site file.
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+#include "settings/settings_reader.h"
+#include "settings/settings_writer.h"
+
+namespace {
+
+SettingsTable MasterWithSites(int siteCount) {
+  SettingsTable table;
+  table.Insert(SettingValue::Boolean("defaultalways", false));
+  table.Insert(SettingValue::Boolean("crossdomainAlways", true));
+  table.Insert(SettingValue::Boolean("crossdomainAllow", false));
+  table.Insert(SettingValue::Array("trustedPaths", SettingArray()));
+  table.Insert(SettingValue::Number("defaultklimit", 100));
+  table.Insert(SettingValue::Boolean("allowThirdPartyLSOAccess", true));
+  table.Insert(SettingValue::Number("secureCrossDomainCacheSize", -1));
+  table.Insert(SettingValue::Boolean("disallowP2PUplink", false));
+  table.Insert(SettingValue::Boolean("autoUpdateDisabled", false));
+  table.Insert(SettingValue::Number("autoUpdateInterval", 14));
+  SettingArray domains;
+  for (int i = 0; i < siteCount; ++i) {
+    domains.Append(SettingValue::Boolean("www.site" + std::to_string(i) + ".example.com", true));
+  }
+  table.Insert(SettingValue::Array("domains", std::move(domains)));
+  return table;
+}
+
+SettingsTable SmallSite() {
+  SettingsTable table;
+  for (const char* name : {"allow", "always", "allowsecure", "alwayssecure", "p2pallow"}) {
+    table.Insert(SettingValue::Boolean(name, false));
+  }
+  table.Insert(SettingValue::Number("klimit", 100));
+  table.Insert(SettingValue::Boolean("p2palways", false));
+  return table;
+}
+
+void Parse(benchmark::State& state, const SettingsTable& table, const std::string& objectName) {
+  const std::string bytes = SerializeSettings(table, objectName);
+  for (auto _ : state) {
+    SMSettingsReader reader(bytes);
+    std::string name;
+    std::unique_ptr<SettingsTable> parsed = reader.Parse(&name);
+    benchmark::DoNotOptimize(parsed);
+  }
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) *
+                          static_cast<int64_t>(bytes.size()));
+}
+
+void Write(benchmark::State& state, const SettingsTable& table, const std::string& objectName) {
+  size_t size = 0;
+  for (auto _ : state) {
+    std::string bytes = SerializeSettings(table, objectName);
+    size = bytes.size();
+    benchmark::DoNotOptimize(bytes);
+  }
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(size));
+}
+
+void BM_ParseMaster10000Sites(benchmark::State& state) {
+  Parse(state, MasterWithSites(10000), "settings");
+}
+void BM_WriteMaster10000Sites(benchmark::State& state) {
+  Write(state, MasterWithSites(10000), "settings");
+}
+void BM_ParseSmallSite(benchmark::State& state) {
+  Parse(state, SmallSite(), "example.com/settings");
+}
+void BM_WriteSmallSite(benchmark::State& state) {
+  Write(state, SmallSite(), "example.com/settings");
+}
+
+}  // namespace
+
+BENCHMARK(BM_ParseMaster10000Sites);
+BENCHMARK(BM_WriteMaster10000Sites);
+BENCHMARK(BM_ParseSmallSite);
+BENCHMARK(BM_WriteSmallSite);

@@ -1,0 +1,183 @@
+#include "settings/settings_manager.h"
+
+#include <cstdio>
+#include <vector>
+
+#include "platform/file_io.h"
+#include "settings/settings_reader.h"
+#include "settings/settings_writer.h"
+#include "settings/site_name.h"
+
+namespace {
+
+constexpr const char* kSettingsFileName = "settings.sol";
+constexpr const char* kDomainsKey = "domains";
+constexpr size_t kReadBlockSize = 65536;
+
+void Log(const char* message) {
+  std::fputs(message, stderr);
+}
+
+// The global keys and the defaults written when one is missing, in the order they are added:
+// the order decides where each lands in the master file.
+const std::vector<SettingValue>& GlobalDefaults() {
+  static const std::vector<SettingValue> defaults = {
+      SettingValue::Boolean("defaultalways", false),
+      SettingValue::Boolean("crossdomainAlways", true),
+      SettingValue::Boolean("crossdomainAllow", false),
+      SettingValue::Array("trustedPaths", SettingArray()),
+      SettingValue::Number("defaultklimit", 100),
+      SettingValue::Boolean("allowThirdPartyLSOAccess", true),
+      SettingValue::Number("secureCrossDomainCacheSize", -1),
+      SettingValue::Boolean("disallowP2PUplink", false),
+      SettingValue::Boolean("autoUpdateDisabled", false),
+      SettingValue::Number("autoUpdateInterval", 14),
+  };
+  return defaults;
+}
+
+}  // namespace
+
+SMSettingsManager::SMSettingsManager(SMPlatformServices& platform) : platform_(platform) {
+  const std::string separator = platform_.PathSeparator();
+  dataRoot_ = platform_.PlayerDataRoot();
+  storedDataFolder_ = dataRoot_ + separator + "#SharedObjects";
+  // The player names the sub-folder of its stored data; this program only follows it.
+  std::optional<std::vector<std::string>> entries = platform_.ListEntries(storedDataFolder_);
+  if (entries && !entries->empty()) storedDataFolder_ += separator + entries->front();
+  settingsFolder_ =
+      dataRoot_ + separator + NativeRelativePath("tessaline.com\\support\\vantrelplayer\\sys");
+#ifdef _WIN32
+  appContainerFolder_ = storedDataFolder_ + separator + "#AppContainer";
+#endif
+  LoadMasterSettings();
+}
+
+SMSettingsManager::~SMSettingsManager() = default;
+
+const std::string& SMSettingsManager::MasterDomain() {
+  static const std::string masterDomain = "___MASTER_DOMAIN";
+  return masterDomain;
+}
+
+const std::string& SMSettingsManager::dataRoot() const {
+  return dataRoot_;
+}
+const std::string& SMSettingsManager::storedDataFolder() const {
+  return storedDataFolder_;
+}
+const std::string& SMSettingsManager::settingsFolder() const {
+  return settingsFolder_;
+}
+
+std::optional<std::string> SMSettingsManager::SettingsFolderOf(const std::string& domain) const {
+  if (domain == MasterDomain()) return settingsFolder_;
+  if (!IsContainedName(domain)) return std::nullopt;
+  return settingsFolder_ + platform_.PathSeparator() + "#" + domain;
+}
+
+std::optional<std::string> SMSettingsManager::SettingsFileOf(const std::string& domain) const {
+  std::optional<std::string> folder = SettingsFolderOf(domain);
+  if (!folder) return std::nullopt;
+  return *folder + platform_.PathSeparator() + kSettingsFileName;
+}
+
+std::optional<std::string> SMSettingsManager::SiteFolderIn(const std::string& baseFolder,
+                                                           const std::string& site) const {
+  if (baseFolder.empty() || !IsContainedName(site)) return std::nullopt;
+  return baseFolder + platform_.PathSeparator() + site;
+}
+
+std::unique_ptr<SettingsTable> SMSettingsManager::ReadSettingsFile(const std::string& path,
+                                                                   bool* unreadable) {
+  std::FILE* file = OpenFileUtf8(path, "rb");
+  if (file == nullptr) return nullptr;
+  std::vector<char> block(kReadBlockSize);
+  size_t size = 0;
+  for (size_t got; (got = std::fread(block.data(), 1, block.size(), file)) > 0;) size += got;
+  std::string bytes(size, '\0');
+  std::fseek(file, 0, SEEK_SET);
+  if (std::fread(bytes.data(), 1, size, file) != size) {
+    // Both messages name the master file whatever file was read; the player words them so.
+    Log("SMSettingsManager: Pathological error when reading master settings.sol file.\n");
+    std::fclose(file);
+    return nullptr;
+  }
+  if (std::fclose(file) != 0) {
+    Log("SMSettingsManager: Unable to close master settings.sol file.\n");
+  }
+  SMSettingsReader reader(bytes);
+  std::string objectName;
+  std::unique_ptr<SettingsTable> table = reader.Parse(&objectName);
+  if (!table) *unreadable = true;
+  return table;
+}
+
+bool SMSettingsManager::LoadMasterSettings() {
+  bool unreadable = false;
+  std::unique_ptr<SettingsTable> master =
+      ReadSettingsFile(*SettingsFileOf(MasterDomain()), &unreadable);
+  if (unreadable) {
+    Log("SMSettingsManager: Pathological error when reading master settings.sol file.\n");
+  }
+  bool isNew = master == nullptr;
+  if (isNew) master = std::make_unique<SettingsTable>();
+  cache_.clear();
+  cache_[MasterDomain()] = std::move(master);
+  if (isNew) WriteSettingsFile(MasterDomain());
+  EnsureGlobalDefaults();
+  if (!GetSettingsTable(MasterDomain())->Contains(kDomainsKey)) {
+    SetValue(MasterDomain(), SettingValue::Array(kDomainsKey, SettingArray()));
+  }
+  PruneKnownSites();
+  return true;
+}
+
+SettingsTable* SMSettingsManager::GetSettingsTable(const std::string& domain) {
+  auto cached = cache_.find(domain);
+  if (cached != cache_.end()) return cached->second.get();
+  std::unique_ptr<SettingsTable> table;
+  if (std::optional<std::string> file = SettingsFileOf(domain)) {
+    bool unreadable = false;
+    table = ReadSettingsFile(*file, &unreadable);
+  }
+  // An absent or unreadable file is replaced by an empty one at once.
+  bool isNew = table == nullptr;
+  if (isNew) table = std::make_unique<SettingsTable>();
+  SettingsTable* result = table.get();
+  cache_[domain] = std::move(table);
+  if (isNew) WriteSettingsFile(domain);
+  return result;
+}
+
+const SettingValue* SMSettingsManager::GetValue(const std::string& domain,
+                                                const std::string& name) {
+  return GetSettingsTable(domain)->Find(name);
+}
+
+std::vector<std::string> SMSettingsManager::GetNames(const std::string& domain) {
+  return GetSettingsTable(domain)->Names();
+}
+
+bool SMSettingsManager::SetValue(const std::string& domain, const SettingValue& value) {
+  GetSettingsTable(domain)->Insert(value);
+  return WriteSettingsFile(domain);
+}
+
+bool SMSettingsManager::WriteSettingsFile(const std::string& domain) {
+  std::optional<std::string> folder = SettingsFolderOf(domain);
+  if (!folder) return false;
+  const SettingsTable& table = *GetSettingsTable(domain);
+  const std::string objectName = domain == MasterDomain() ? "settings" : domain + "/settings";
+  return WriteSettingsStream(platform_, *folder, *SettingsFileOf(domain),
+                             SerializeSettings(table, objectName));
+}
+
+bool SMSettingsManager::EnsureGlobalDefaults() {
+  SettingsTable& master = *GetSettingsTable(MasterDomain());
+  for (const SettingValue& value : GlobalDefaults()) {
+    // A key of another type than its default is the player's business: it stays as it is.
+    if (!master.Contains(value.name())) master.Insert(value);
+  }
+  return WriteSettingsFile(MasterDomain());
+}

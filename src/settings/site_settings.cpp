@@ -1,0 +1,145 @@
+// The per-site part of the settings manager: known sites, site files and stored site data.
+
+#include "settings/settings_manager.h"
+#include "settings/site_name.h"
+
+namespace {
+
+constexpr const char* kDomainsKey = "domains";
+
+}  // namespace
+
+const SMSettingsManager::SiteDefaults& SMSettingsManager::SiteDefaultsOfThisRun() {
+  // Read at the first site creation of a run and kept: a later change of the global defaults
+  // does not reach sites created afterwards in the same run, as with the player.
+  if (!siteDefaults_) {
+    SiteDefaults defaults;
+    const SettingValue* always = GetValue(MasterDomain(), "defaultalways");
+    if (always && always->type() == kSettingBoolean) defaults.defaultAlways = always->boolean();
+    const SettingValue* limit = GetValue(MasterDomain(), "defaultklimit");
+    if (limit && limit->type() == kSettingNumber) defaults.defaultKLimit = limit->number();
+    siteDefaults_ = defaults;
+  }
+  return *siteDefaults_;
+}
+
+bool SMSettingsManager::EnsureSiteDefaults(const std::string& site) {
+  SettingsTable& table = *GetSettingsTable(site);
+  const SiteDefaults& defaults = SiteDefaultsOfThisRun();
+  const SettingValue siteDefaults[] = {
+      SettingValue::Boolean("allow", false),
+      SettingValue::Boolean("always", defaults.defaultAlways),
+      SettingValue::Boolean("allowsecure", false),
+      SettingValue::Boolean("alwayssecure", defaults.defaultAlways),
+      SettingValue::Number("klimit", defaults.defaultKLimit),
+      SettingValue::Boolean("p2pallow", false),
+      SettingValue::Boolean("p2palways", false),
+  };
+  for (const SettingValue& value : siteDefaults) {
+    if (!table.Contains(value.name())) table.Insert(value);
+  }
+  return WriteSettingsFile(site);
+}
+
+const SettingArray* SMSettingsManager::GetKnownSites() {
+  if (!GetSettingsTable(MasterDomain())->Contains(kDomainsKey)) LoadMasterSettings();
+  const SettingValue* domains = GetValue(MasterDomain(), kDomainsKey);
+  if (domains == nullptr || domains->type() != kSettingArray) return nullptr;
+  return &domains->array();
+}
+
+bool SMSettingsManager::StoreKnownSites(const SettingArray& sites) {
+  return SetValue(MasterDomain(), SettingValue::Array(kDomainsKey, sites));
+}
+
+bool SMSettingsManager::AddSite(const std::string& site) {
+  SettingArray sites;
+  if (const SettingArray* known = GetKnownSites()) {
+    for (const SettingValue& element : *known) {
+      if (element.name() == site) return true;
+    }
+    sites = *known;
+  }
+  if (!EnsureSiteDefaults(site)) return false;
+  sites.Append(SettingValue::Boolean(site, true));
+  return StoreKnownSites(sites);
+}
+
+bool SMSettingsManager::RemoveSite(const std::string& site, bool removeSettings) {
+  const bool isMaster = site == MasterDomain();
+  const bool dataRemoved = isMaster || RemoveSiteStoredData(site);
+  if (!removeSettings || !dataRemoved) return dataRemoved;
+  if (!DeleteSiteSettings(site, false)) return false;
+  if (isMaster) return true;
+  // The site's settings are gone from disk; adding it again must start from the defaults.
+  cache_.erase(site);
+  SettingArray sites;
+  if (const SettingArray* known = GetKnownSites()) sites = *known;
+  for (size_t index = sites.size(); index-- > 0;) {
+    if (sites[index].name() == site) {
+      sites.RemoveAt(index);
+      break;
+    }
+  }
+  return StoreKnownSites(sites);
+}
+
+bool SMSettingsManager::RemoveSiteStoredData(const std::string& site) {
+  std::optional<std::string> folder = SiteFolderIn(storedDataFolder_, site);
+  const bool removed = folder && platform_.DeleteTree(*folder);
+  // Sandboxed browsers keep the same site's data under the app-container folder; only the main
+  // folder's result counts, as with the player.
+  if (std::optional<std::string> container = SiteFolderIn(appContainerFolder_, site)) {
+    platform_.DeleteTree(*container);
+  }
+  return removed;
+}
+
+bool SMSettingsManager::DeleteSiteSettings(const std::string& site, bool fileOnly) {
+  std::optional<std::string> path = fileOnly ? SettingsFileOf(site) : SettingsFolderOf(site);
+  return path && platform_.DeleteTree(*path);
+}
+
+uint64_t SMSettingsManager::GetSiteStoredBytes(const std::string& baseFolder,
+                                               const std::string& site) {
+  if (site == MasterDomain()) return 0;
+  auto bytesOf = [&](const std::string& name) -> uint64_t {
+    std::optional<std::string> folder = SiteFolderIn(baseFolder, name);
+    return folder ? platform_.TreeSize(*folder) : 0;
+  };
+  // "local" is kept in two folders, never in one named "local".
+  if (site == "local") return bytesOf("localhost") + bytesOf("#localWithNet");
+  return bytesOf(site);
+}
+
+bool SMSettingsManager::RemoveAllSites(bool includeSettings) {
+  const std::string separator = platform_.PathSeparator();
+  bool settingsRemoved = true;
+  if (includeSettings) {
+    settingsRemoved = platform_.DeleteTree(settingsFolder_);
+    platform_.CreateFolder(settingsFolder_, ".");
+    // The global settings stay in memory and go back to disk with an empty list of sites.
+    StoreKnownSites(SettingArray());
+    WriteSettingsFile(MasterDomain());
+  }
+  bool dataRemoved = true;
+  const std::string sharedObjects = dataRoot_ + separator + "#SharedObjects";
+  if (std::optional<std::vector<std::string>> entries = platform_.ListEntries(sharedObjects)) {
+    for (const std::string& entry : *entries) {
+      if (entry == "." || entry == "..") continue;
+      dataRemoved = platform_.DeleteTree(sharedObjects + separator + entry) && dataRemoved;
+    }
+  }
+  const bool cacheRemoved = platform_.DeleteTree(platform_.VXCacheFolder());
+  return settingsRemoved && dataRemoved && cacheRemoved;
+}
+
+void SMSettingsManager::PruneKnownSites() {
+  SettingValue* domains = GetSettingsTable(MasterDomain())->Find(kDomainsKey);
+  if (domains == nullptr || domains->type() != kSettingArray) return;
+  SettingArray& sites = domains->array();
+  for (size_t index = sites.size(); index-- > 0;) {
+    std::optional<std::string> file = SettingsFileOf(sites[index].name());
+    if (!file || platform_.TreeSize(*file) == 0) sites.RemoveAt(index);
+  }
+}

@@ -1,0 +1,203 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/file_tree_support.h"
+#include "platform/platform_services.h"
+#include "support/fake_system.h"
+#include "support/native_platform.h"
+#include "support/temp_folder.h"
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A fixed "now": 2020-01-01 00:00:00 UTC in 100-nanosecond units since 1601.
+constexpr uint64_t kNow = 132223104000000000ULL;
+constexpr uint64_t kSecond = kFileTimeUnitsPerSecond;
+
+void SetLastWriteTime(const fs::path& path, uint64_t fileTime) {
+#ifdef _WIN32
+  HANDLE file = CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                            nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  ASSERT_NE(file, INVALID_HANDLE_VALUE);
+  FILETIME time{static_cast<DWORD>(fileTime), static_cast<DWORD>(fileTime >> 32)};
+  ASSERT_TRUE(SetFileTime(file, nullptr, nullptr, &time));
+  CloseHandle(file);
+#else
+  constexpr uint64_t kUnixEpoch = 116444736000000000ULL;
+  uint64_t sinceUnixEpoch = fileTime - kUnixEpoch;
+  timespec times[2];
+  times[0].tv_sec = 0;
+  times[0].tv_nsec = UTIME_OMIT;
+  times[1].tv_sec = static_cast<time_t>(sinceUnixEpoch / kSecond);
+  times[1].tv_nsec = static_cast<long>((sinceUnixEpoch % kSecond) * 100);
+  ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
+#endif
+}
+
+struct FileTree : testing::Test {
+  TempFolder temp;
+  FakeSystem system;
+  std::unique_ptr<SMPlatformServices> platform = MakeNativePlatform(system);
+
+  std::string Path(const fs::path& relative) const { return temp.Utf8(relative); }
+  void Write(const fs::path& relative, const std::string& bytes) {
+    WriteFileBytes(temp.path() / relative, bytes);
+  }
+  bool Exists(const fs::path& relative) const { return fs::exists(temp.path() / relative); }
+  void TearDown() override { SetFileTreeNowForTesting(std::nullopt); }
+};
+
+}  // namespace
+
+TEST_F(FileTree, DeleteTreeRemovesFilesAndFoldersAndSucceedsOnWhatIsAbsent) {
+  Write("keep/sibling.txt", "s");
+  Write("gone/a.txt", "a");
+  Write("gone/sub/deeper/b.txt", "b");
+  fs::create_directories(temp.path() / "gone" / "empty");
+  Write("single.txt", "1");
+  EXPECT_TRUE(platform->DeleteTree(Path("gone")));
+  EXPECT_FALSE(Exists("gone"));
+  EXPECT_TRUE(platform->DeleteTree(Path("single.txt")));
+  EXPECT_FALSE(Exists("single.txt"));
+  EXPECT_TRUE(platform->DeleteTree(Path("never-there")));
+  EXPECT_TRUE(platform->DeleteTree(Path(fs::path("never") / "there")));
+  EXPECT_TRUE(Exists("keep/sibling.txt"));
+}
+
+#ifndef _WIN32
+TEST_F(FileTree, LinksInsideATreeAreRemovedNotFollowed) {
+  Write("outside/precious.txt", "p");
+  Write("tree/file.txt", "f");
+  fs::create_directory_symlink(temp.path() / "outside", temp.path() / "tree" / "link");
+  EXPECT_EQ(platform->TreeSize(Path("tree")), 1u);
+  EXPECT_TRUE(platform->RemoveTreeByAge(Path("tree"), 0, UINT64_MAX / kSecond));
+  EXPECT_TRUE(Exists("outside/precious.txt"));
+  Write("tree2/file.txt", "f");
+  fs::create_directory_symlink(temp.path() / "outside", temp.path() / "tree2" / "link");
+  EXPECT_TRUE(platform->DeleteTree(Path("tree2")));
+  EXPECT_FALSE(Exists("tree2"));
+  EXPECT_TRUE(Exists("outside/precious.txt"));
+}
+#endif
+
+TEST_F(FileTree, RemoveTreeByAgeDeletesOnlyFilesStrictlyInsideTheWindow) {
+  SetFileTreeNowForTesting(kNow);
+  const uint64_t minAge = 60;
+  const uint64_t maxAge = 3600;
+  struct Case {
+    const char* name;
+    uint64_t lastWrite;
+    bool removed;
+  };
+  const Case cases[] = {
+      {"exactly-min-age", kNow - minAge * kSecond, false},
+      {"just-over-min-age", kNow - minAge * kSecond - 1, true},
+      {"just-under-max-age", kNow - maxAge * kSecond + 1, true},
+      {"exactly-max-age", kNow - maxAge * kSecond, false},
+      {"older-than-max", kNow - maxAge * kSecond - 1, false},
+      {"written-now", kNow, false},
+      {"from-the-future", kNow + kSecond, false},
+  };
+  for (const Case& testCase : cases) {
+    fs::path file = fs::path("cache") / "sub" / testCase.name;
+    Write(file, "x");
+    SetLastWriteTime(temp.path() / file, testCase.lastWrite);
+  }
+  Write("cache/emptied/old.bin", "o");
+  SetLastWriteTime(temp.path() / "cache/emptied/old.bin", kNow - 120 * kSecond);
+
+  EXPECT_TRUE(platform->RemoveTreeByAge(Path("cache"), minAge, maxAge));
+  for (const Case& testCase : cases) {
+    EXPECT_EQ(Exists(fs::path("cache") / "sub" / testCase.name), !testCase.removed)
+        << testCase.name;
+  }
+  EXPECT_FALSE(Exists("cache/emptied"));  // emptied sub-folders go
+  EXPECT_TRUE(Exists("cache"));           // the top folder still holds kept files
+}
+
+TEST_F(FileTree, RemoveTreeByAgeRemovesTheTopFolderOnceEmptyAndFailsOnAMissingOne) {
+  SetFileTreeNowForTesting(kNow);
+  Write("cache/a/b/file", "x");
+  Write("cache/file", "y");
+  SetLastWriteTime(temp.path() / "cache/a/b/file", kNow - 10 * kSecond);
+  SetLastWriteTime(temp.path() / "cache/file", kNow - 1);
+  // A file from the future is only taken when the maximum age exceeds its unsigned age.
+  Write("future/file", "z");
+  SetLastWriteTime(temp.path() / "future/file", kNow + kSecond);
+
+  EXPECT_TRUE(platform->RemoveTreeByAge(Path("cache"), 0, 1'000'000'000));
+  EXPECT_FALSE(Exists("cache"));
+  EXPECT_TRUE(platform->RemoveTreeByAge(Path("future"), 0, 1'000'000'000));
+  EXPECT_TRUE(Exists("future/file"));
+  EXPECT_TRUE(platform->RemoveTreeByAge(Path("future"), 0, UINT64_MAX / kSecond));
+  EXPECT_FALSE(Exists("future"));
+  EXPECT_FALSE(platform->RemoveTreeByAge(Path("missing"), 0, 1'000'000'000));
+}
+
+TEST_F(FileTree, TreeSizeAddsEveryFileBelowAFolder) {
+  Write("site/a.sol", std::string(100, 'a'));
+  Write("site/deep/er/b.sol", std::string(23, 'b'));
+  Write("site/deep/c", "");
+  Write("other/d", std::string(1000, 'd'));
+  EXPECT_EQ(platform->TreeSize(Path("site")), 123u);
+  EXPECT_EQ(platform->TreeSize(Path("site/a.sol")), 100u);
+  EXPECT_EQ(platform->TreeSize(Path("missing")), 0u);
+  EXPECT_EQ(platform->TreeSize(Path("site/deep/c")), 0u);
+}
+
+TEST_F(FileTree, CreateFolderCreatesAtMostTheMissingParent) {
+  EXPECT_TRUE(platform->CreateFolder(Path("parent"), "child"));
+  EXPECT_TRUE(Exists("parent/child"));
+  EXPECT_TRUE(platform->CreateFolder(Path("parent"), "child"));  // already there
+  EXPECT_TRUE(platform->CreateFolder(Path("parent/child"), "."));
+  // Grandparent missing: the first call only makes the grandparent.
+  EXPECT_FALSE(platform->CreateFolder(Path(fs::path("g") / "p"), "c"));
+  EXPECT_TRUE(Exists("g"));
+  EXPECT_FALSE(Exists("g/p"));
+  EXPECT_TRUE(platform->CreateFolder(Path(fs::path("g") / "p"), "c"));
+  EXPECT_TRUE(Exists("g/p/c"));
+  // "." names the parent itself, which is then created as well (Windows drops "." components).
+  EXPECT_TRUE(platform->CreateFolder(Path(fs::path("g2") / "p"), "."));
+  EXPECT_TRUE(Exists("g2/p"));
+  EXPECT_FALSE(platform->CreateFolder(Path(fs::path("g3") / "p" / "q"), "."));
+  EXPECT_TRUE(platform->CreateFolder(Path(fs::path("g3") / "p" / "q"), "."));
+  Write("file", "f");
+  EXPECT_FALSE(platform->CreateFolder(Path("file/x"), "y"));
+}
+
+TEST_F(FileTree, ListEntriesPutsNumericNamesLastByValue) {
+  for (const char* name : {"b", "A", "10", "x1"}) Write(fs::path("list") / name, "");
+  fs::create_directories(temp.path() / "list" / "9");
+  EXPECT_EQ(platform->ListEntries(Path("list")),
+            (std::vector<std::string>{"A", "b", "x1", "9", "10"}));
+
+  for (const char* name : {"B", "a", "Z", "0100", "99", "1e3", "-5", "\xC3\xA9t\xC3\xA9"}) {
+    Write(fs::path("more") / PathFromUtf8(name), "");
+  }
+  EXPECT_EQ(
+      platform->ListEntries(Path("more")),
+      (std::vector<std::string>{"-5", "1e3", "B", "Z", "a", "\xC3\xA9t\xC3\xA9", "99", "0100"}));
+  fs::create_directories(temp.path() / "empty");
+  EXPECT_EQ(platform->ListEntries(Path("empty")), std::vector<std::string>{});
+  EXPECT_EQ(platform->ListEntries(Path("missing")), std::vector<std::string>{});
+}
+
+TEST(EntryNameOrder, NumericNamesCompareByValue) {
+  EXPECT_FALSE(EntryNameLess("007", "7"));
+  EXPECT_FALSE(EntryNameLess("7", "007"));
+  EXPECT_TRUE(EntryNameLess("99999999999999999999", "100000000000000000000"));
+  EXPECT_TRUE(EntryNameLess("zz", ""));  // the empty name counts as numeric
+  EXPECT_TRUE(EntryNameLess("", "1"));
+}

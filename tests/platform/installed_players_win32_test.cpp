@@ -1,0 +1,424 @@
+// The players' registry keys, the update service, the uninstallers and the administrator file
+// on a real Windows system (the tests' own Wine prefix): what the scripted system cannot show.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "admincfg/admin_config.h"
+#include "platform/installed_players.h"
+#include "platform/platform_services.h"
+#include "platform/update_service.h"
+#include "platform/win32/win32_system.h"
+#include "support/temp_folder.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const wchar_t* const kTessalineKey = L"SOFTWARE\\Tessaline";
+const wchar_t* const kActiveXKey = L"SOFTWARE\\Tessaline\\VantrelPlayerActiveX";
+const wchar_t* const kPluginKey = L"SOFTWARE\\Tessaline\\VantrelPlayerPlugin";
+const wchar_t* const kPepperKey = L"SOFTWARE\\Tessaline\\VantrelPlayerPepper";
+
+// The player keys as the 32-bit installers write them (KEY_WOW64_32KEY), removed from both
+// views before and after every test so that other tests in the prefix never see them.
+class PlayerRegistry {
+ public:
+  PlayerRegistry() { RemoveAll(); }
+  ~PlayerRegistry() { RemoveAll(); }
+
+  void AddKey(const wchar_t* key, REGSAM view = KEY_WOW64_32KEY) { RegClose(Create(key, view)); }
+  void SetNumber(const wchar_t* key, const wchar_t* name, DWORD number) {
+    Set(key, name, REG_DWORD, &number, sizeof number);
+  }
+  void SetQword(const wchar_t* key, const wchar_t* name, ULONGLONG number) {
+    Set(key, name, REG_QWORD, &number, sizeof number);
+  }
+  void SetText(const wchar_t* key, const wchar_t* name, const std::wstring& text) {
+    Set(key, name, REG_SZ, text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+  }
+
+ private:
+  static void RegClose(HKEY key) {
+    if (key != nullptr) RegCloseKey(key);
+  }
+  static HKEY Create(const wchar_t* key, REGSAM view) {
+    HKEY handle = nullptr;
+    LONG status = RegCreateKeyExW(HKEY_LOCAL_MACHINE, key, 0, nullptr, 0, KEY_ALL_ACCESS | view,
+                                  nullptr, &handle, nullptr);
+    EXPECT_EQ(status, ERROR_SUCCESS);
+    return status == ERROR_SUCCESS ? handle : nullptr;
+  }
+  static void Set(const wchar_t* key, const wchar_t* name, DWORD type, const void* data,
+                  DWORD bytes) {
+    HKEY handle = Create(key, KEY_WOW64_32KEY);
+    if (handle == nullptr) return;
+    EXPECT_EQ(RegSetValueExW(handle, name, 0, type, static_cast<const BYTE*>(data), bytes),
+              ERROR_SUCCESS);
+    RegCloseKey(handle);
+  }
+  static void RemoveAll() {
+    for (REGSAM view : {KEY_WOW64_32KEY, KEY_WOW64_64KEY}) {
+      for (const wchar_t* key : {kActiveXKey, kPluginKey, kPepperKey, kTessalineKey}) {
+        RegDeleteKeyExW(HKEY_LOCAL_MACHINE, key, view, 0);
+      }
+    }
+  }
+};
+
+fs::path ProgramFolder() {
+  wchar_t path[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, path, MAX_PATH);
+  return fs::path(path).parent_path();
+}
+
+// Puts copies of the stub where the update service (beside this test program) and the two
+// uninstallers (in a temporary folder) are looked for, and keeps the log of their command
+// lines. Removes everything it created.
+class PlayerTools {
+ public:
+  PlayerTools() {
+    const fs::path stub = ProgramFolder() / "player_tool_stub.exe";
+    createdServiceFolders_ = !fs::exists(ProgramFolder() / "Tessalin");
+    service = ProgramFolder() / "Tessalin" / "Vantrel" / "VantrelPlayerUpdateService.exe";
+    fs::create_directories(service.parent_path());
+    fs::copy_file(stub, service, fs::copy_options::overwrite_existing);
+    pepperUninstaller = tools_.path() / "PepperUninstall.exe";
+    pluginUninstaller = tools_.path() / "PluginUninstall.exe";
+    fs::copy_file(stub, pepperUninstaller);
+    fs::copy_file(stub, pluginUninstaller);
+    log_ = tools_.path() / "launches.log";
+    SetEnvironmentVariableW(L"VP_PLAYER_TOOL_LOG", log_.c_str());
+  }
+  ~PlayerTools() {
+    SetEnvironmentVariableW(L"VP_PLAYER_TOOL_LOG", nullptr);
+    std::error_code ignored;
+    if (createdServiceFolders_) {
+      fs::remove_all(ProgramFolder() / "Tessalin", ignored);
+    } else {
+      fs::remove(service, ignored);
+      fs::remove(service.string() + ".exitcode", ignored);
+    }
+  }
+  static void SetExitCode(const fs::path& tool, unsigned long code) {
+    WriteFileBytes(tool.wstring() + L".exitcode", std::to_string(code));
+  }
+  // One command line per launch, in the order they ran.
+  std::vector<std::string> CommandLines() const {
+    std::vector<std::string> lines;
+    std::string text = ReadFileBytes(log_);
+    size_t start = 0;
+    for (size_t end; (end = text.find('\n', start)) != std::string::npos; start = end + 1) {
+      lines.push_back(text.substr(start, end - start));
+    }
+    return lines;
+  }
+  void ClearLog() const { fs::remove(log_); }
+  const fs::path& log() const { return log_; }
+
+  fs::path service;
+  fs::path pepperUninstaller;
+  fs::path pluginUninstaller;
+
+ private:
+  TempFolder tools_;
+  fs::path log_;
+  bool createdServiceFolders_ = false;
+};
+
+// The administrator file in the prefix's 32-bit system folder, put back as it was afterwards.
+class AdminFileGuard {
+ public:
+  explicit AdminFileGuard(const std::string& path) : path_(PathFromUtf8(path)) {
+    existed_ = fs::exists(path_);
+    if (existed_) before_ = ReadFileBytes(path_);
+    createdFolder_ = !fs::exists(path_.parent_path().parent_path());
+    fs::create_directories(path_.parent_path());
+    fs::remove(path_);
+  }
+  ~AdminFileGuard() {
+    std::error_code ignored;
+    fs::remove(path_, ignored);
+    if (existed_) WriteFileBytes(path_, before_);
+    if (createdFolder_) fs::remove_all(path_.parent_path().parent_path(), ignored);
+  }
+  const fs::path& path() const { return path_; }
+
+ private:
+  fs::path path_;
+  bool existed_ = false;
+  bool createdFolder_ = false;
+  std::string before_;
+};
+
+}  // namespace
+
+TEST(Win32Players, ProbesReadThe32BitViewAndIsPartnerAsStored) {
+  Win32System system;
+  {
+    PlayerRegistry registry;
+    EXPECT_EQ(ProbePlayerKey(system, PlayerKind::Npapi), PlayerNotInstalled);
+    // A key in the native 64-bit view is not where the 32-bit players live.
+    registry.AddKey(kPluginKey, KEY_WOW64_64KEY);
+    EXPECT_EQ(ProbePlayerKey(system, PlayerKind::Npapi), PlayerNotInstalled);
+  }
+  struct Case {
+    const char* what;
+    void (*write)(PlayerRegistry&);
+    PlayerProbe expected;
+  };
+  const Case cases[] = {
+      {"key only", [](PlayerRegistry&) {}, PlayerInstalled},
+      {"DWORD 1", [](PlayerRegistry& r) { r.SetNumber(kPluginKey, L"isPartner", 1); },
+       PlayerInstalledPartner},
+      {"DWORD 0", [](PlayerRegistry& r) { r.SetNumber(kPluginKey, L"isPartner", 0); },
+       PlayerInstalled},
+      {"string 1", [](PlayerRegistry& r) { r.SetText(kPluginKey, L"isPartner", L"1"); },
+       PlayerInstalled},
+      {"QWORD 1", [](PlayerRegistry& r) { r.SetQword(kPluginKey, L"isPartner", 1); },
+       PlayerInstalled},
+  };
+  for (const Case& c : cases) {
+    PlayerRegistry registry;
+    registry.AddKey(kPluginKey);
+    c.write(registry);
+    EXPECT_EQ(ProbePlayerKey(system, PlayerKind::Npapi), c.expected) << c.what;
+    EXPECT_EQ(ProbePlayerKey(system, PlayerKind::Ppapi), PlayerNotInstalled) << c.what;
+  }
+}
+
+TEST(Win32Players, TextsAndFlagsComeFromTheInstallersKeys) {
+  Win32System system;
+  PlayerRegistry registry;
+  registry.SetText(kPepperKey, L"Version", L"32.0.0.465 \u00e9dition \u6587");
+  registry.SetText(kPepperKey, L"UninstallerPath", L"C:\\Windows\\SysWOW64\\Vantrel\\u.exe");
+  registry.SetNumber(kPepperKey, L"isScriptDebugger", 1);
+  registry.SetText(kPluginKey, L"UninstallerPath", std::wstring(130, L'x'));  // 262 bytes
+  registry.SetNumber(kPluginKey, L"isScriptDebugger", 0);
+  registry.SetText(kActiveXKey, L"Version", std::wstring(259, L'9'));
+  EXPECT_EQ(ReadPlayerVersion(system, PlayerKind::Ppapi),
+            "32.0.0.465 \xC3\xA9"
+            "dition \xE6\x96\x87");
+  EXPECT_EQ(ReadPlayerVersion(system, PlayerKind::ActiveX), std::string(259, '9'));
+  EXPECT_EQ(ReadPlayerVersion(system, PlayerKind::Npapi), std::nullopt);
+  EXPECT_EQ(ReadUninstallerPath(system, PlayerKind::Ppapi),
+            "C:\\Windows\\SysWOW64\\Vantrel\\u.exe");
+  EXPECT_EQ(ReadUninstallerPath(system, PlayerKind::Npapi), std::nullopt);
+  EXPECT_TRUE(IsScriptDebugger(system, PlayerKind::Ppapi));
+  EXPECT_FALSE(IsScriptDebugger(system, PlayerKind::Npapi));
+  EXPECT_FALSE(IsScriptDebugger(system, PlayerKind::ActiveX));
+}
+
+namespace {
+
+// The version the system reports through another call than the one under test.
+bool ReportedVersionIsWindows8OrLater() {
+  OSVERSIONINFOW info{};
+  info.dwOSVersionInfoSize = sizeof info;
+  if (!GetVersionExW(&info)) return false;
+  return info.dwMajorVersion > 6 || (info.dwMajorVersion == 6 && info.dwMinorVersion >= 2);
+}
+
+}  // namespace
+
+// Runs on the prefix's own Windows version, and again in a copy of this program that Wine
+// presents with Windows 10 (see the next test).
+TEST(Win32Players, UpdatesPageFollowsTheWindowsVersion) {
+  Win32System system;
+  wchar_t expected[8] = {};
+  if (GetEnvironmentVariableW(L"VP_EXPECT_WINDOWS8", expected, 8) > 0) {
+    ASSERT_EQ(IsWindows8OrLater(system), expected[0] == L'1');
+  }
+  const bool windows8 = IsWindows8OrLater(system);
+  EXPECT_EQ(windows8, ReportedVersionIsWindows8OrLater());
+  // Wine's user is an administrator.
+  EXPECT_TRUE(IsUserAdmin(system));
+  struct Case {
+    const char* what;
+    void (*write)(PlayerRegistry&);
+    bool beforeWindows8;
+    bool fromWindows8;
+  };
+  const Case cases[] = {
+      {"nothing installed", [](PlayerRegistry&) {}, false, false},
+      {"ActiveX only", [](PlayerRegistry& r) { r.AddKey(kActiveXKey); }, true, false},
+      {"ActiveX partner", [](PlayerRegistry& r) { r.SetNumber(kActiveXKey, L"isPartner", 1); },
+       false, false},
+      {"NPAPI", [](PlayerRegistry& r) { r.AddKey(kPluginKey); }, true, true},
+      {"PPAPI with a string isPartner",
+       [](PlayerRegistry& r) { r.SetText(kPepperKey, L"isPartner", L"1"); }, true, true},
+      {"partner builds only",
+       [](PlayerRegistry& r) {
+         r.SetNumber(kPepperKey, L"isPartner", 1);
+         r.SetNumber(kPluginKey, L"isPartner", 1);
+         r.SetNumber(kActiveXKey, L"isPartner", 1);
+       },
+       false, false},
+      {"partner plug-ins and an ActiveX player",
+       [](PlayerRegistry& r) {
+         r.SetNumber(kPepperKey, L"isPartner", 1);
+         r.SetNumber(kPluginKey, L"isPartner", 1);
+         r.AddKey(kActiveXKey);
+       },
+       true, false},
+  };
+  for (const Case& c : cases) {
+    PlayerRegistry registry;
+    c.write(registry);
+    EXPECT_EQ(WantsUpdatesPage(system), windows8 ? c.fromWindows8 : c.beforeWindows8) << c.what;
+  }
+}
+
+TEST(Win32Players, UpdatesPageOnWindows10) {
+  wchar_t child[8] = {};
+  if (GetEnvironmentVariableW(L"VP_EXPECT_WINDOWS8", child, 8) > 0) GTEST_SKIP();
+  // Wine takes the version a program sees from its per-program defaults, read at its start.
+  TempFolder folder;
+  const fs::path copy = folder.path() / "vp_windows10_probe.exe";
+  wchar_t self[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, self, MAX_PATH);
+  fs::copy_file(self, copy);
+  const wchar_t* const appDefaults = L"Software\\Wine\\AppDefaults\\vp_windows10_probe.exe";
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, appDefaults, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                            &key, nullptr),
+            ERROR_SUCCESS);
+  const wchar_t version[] = L"win10";
+  RegSetValueExW(key, L"Version", 0, REG_SZ, reinterpret_cast<const BYTE*>(version),
+                 sizeof version);
+  RegCloseKey(key);
+
+  std::wstring commandLine = L"\"" + copy.wstring() +
+                             L"\" --gtest_filter=Win32Players.UpdatesPageFollowsTheWindowsVersion";
+  SetEnvironmentVariableW(L"VP_EXPECT_WINDOWS8", L"1");
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process{};
+  BOOL started = CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                nullptr, &startup, &process);
+  SetEnvironmentVariableW(L"VP_EXPECT_WINDOWS8", nullptr);
+  DWORD exitCode = 1;
+  if (started) {
+    WaitForSingleObject(process.hProcess, 120000);
+    GetExitCodeProcess(process.hProcess, &exitCode);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+  }
+  RegDeleteKeyW(HKEY_CURRENT_USER, appDefaults);
+  ASSERT_TRUE(started);
+  EXPECT_EQ(exitCode, 0u) << "the run on Windows 10 failed; its output is above";
+}
+
+TEST(Win32Players, ApplyUpdateModeRunsTheToolsAndRewritesTheAdministratorFile) {
+  Win32System system;
+  PlayerRegistry registry;
+  PlayerTools tools;
+  AdminFileGuard adminFile(AdminConfigFilePath(system));
+  ASSERT_EQ(adminFile.path().wstring(), L"C:\\windows\\syswow64\\Tessalin\\Vantrel\\tss.cfg");
+  registry.SetText(kPepperKey, L"UninstallerPath", tools.pepperUninstaller.wstring());
+  registry.SetText(kPluginKey, L"UninstallerPath", tools.pluginUninstaller.wstring());
+  registry.SetNumber(kPluginKey, L"isScriptDebugger", 1);
+  WriteFileBytes(adminFile.path(), "AVHardwareDisable=1\nAutoUpdateDisable=1\n");
+  // The service's failure does not keep the mode from being stored.
+  PlayerTools::SetExitCode(tools.service, 4);
+
+  const std::string service = PathToUtf8(tools.service) + " ";
+  const std::string pepper = PathToUtf8(tools.pepperUninstaller);
+  const std::string plugin = PathToUtf8(tools.pluginUninstaller);
+  SMAdminConfig config(PathToUtf8(adminFile.path()));
+  ASSERT_TRUE(ApplyUpdateMode(system, &config, kUpdateAutomatically));
+  EXPECT_EQ(tools.CommandLines(),
+            (std::vector<std::string>{service + "-install", pepper + " -setppapinotification 1"}));
+  EXPECT_EQ(ReadFileBytes(adminFile.path()),
+            "AVHardwareDisable=1\r\nAutoUpdateDisable=0\r\nSilentAutoUpdateEnable=1\r\n");
+  EXPECT_EQ(ReadUpdateMode(config), kUpdateAutomatically);
+
+  tools.ClearLog();
+  ASSERT_TRUE(ApplyUpdateMode(system, &config, kUpdateNever));
+  EXPECT_EQ(tools.CommandLines(),
+            (std::vector<std::string>{service + "-uninstall", pepper + " -setppapinotification 0",
+                                      plugin + " -setnpapinotification 0"}));
+  EXPECT_EQ(ReadFileBytes(adminFile.path()),
+            "AVHardwareDisable=1\r\nAutoUpdateDisable=1\r\nSilentAutoUpdateEnable=0\r\n");
+
+  // A file that cannot be opened for writing (another program holds it, sharing only reads):
+  // false, and the object reloads what the file still holds.
+  tools.ClearLog();
+  HANDLE holder = CreateFileW(adminFile.path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  ASSERT_NE(holder, INVALID_HANDLE_VALUE);
+  EXPECT_FALSE(ApplyUpdateMode(system, &config, kUpdateNotify));
+  CloseHandle(holder);
+  EXPECT_EQ(tools.CommandLines().size(), 2u);  // the NPAPI build is a script debugger
+  EXPECT_EQ(ReadUpdateMode(config), kUpdateNever);
+  EXPECT_EQ(config.GetValue("SilentAutoUpdateEnable"), "0");
+  EXPECT_EQ(ReadFileBytes(adminFile.path()),
+            "AVHardwareDisable=1\r\nAutoUpdateDisable=1\r\nSilentAutoUpdateEnable=0\r\n");
+}
+
+TEST(Win32Players, LaunchResultsAreTheRealExitCodes) {
+  Win32System system;
+  PlayerRegistry registry;
+  PlayerTools tools;
+  registry.SetText(kPluginKey, L"UninstallerPath", tools.pluginUninstaller.wstring());
+  struct Case {
+    unsigned long exitCode;
+    bool expected;
+  };
+  // 259 is what a process still running reports: never a success.
+  const Case cases[] = {{0, true}, {1, false}, {259, false}, {0xC0000005, false}};
+  for (const Case& c : cases) {
+    PlayerTools::SetExitCode(tools.service, c.exitCode);
+    PlayerTools::SetExitCode(tools.pluginUninstaller, c.exitCode);
+    EXPECT_EQ(RunUpdateService(system, "-install"), c.expected) << c.exitCode;
+    EXPECT_EQ(RunNpapiUninstaller(system, " -setnpapinotification 1"), c.expected) << c.exitCode;
+  }
+  EXPECT_EQ(tools.CommandLines().size(), 8u);
+  // No PPAPI player: nothing to run. No service program: it cannot start.
+  tools.ClearLog();
+  EXPECT_FALSE(RunPpapiUninstaller(system, " -setppapinotification 1"));
+  fs::remove(tools.service);
+  EXPECT_FALSE(RunUpdateService(system, "-install"));
+  EXPECT_TRUE(tools.CommandLines().empty());
+}
+
+namespace {
+
+// The real shell elevation, but of the stub instead of this test program, and with the end of
+// the process turned into an exception the test can catch.
+class StubElevationSystem : public Win32System {
+ public:
+  explicit StubElevationSystem(std::string program) : program_(std::move(program)) {}
+  std::string ModulePath() override { return program_; }
+  [[noreturn]] void ExitProcess(int status) override { throw status; }
+
+ private:
+  std::string program_;
+};
+
+}  // namespace
+
+TEST(Win32Players, RelaunchElevatedStartsTheProgramWithTheUpdatesPageKeyword) {
+  PlayerTools tools;
+  StubElevationSystem system(PathToUtf8(tools.pepperUninstaller));
+  std::optional<int> exitStatus;
+  try {
+    RelaunchElevated(system);
+  } catch (int status) {
+    exitStatus = status;
+  }
+  ASSERT_EQ(exitStatus, 0);
+  // The shell starts the copy without waiting for it.
+  for (int i = 0; i < 100 && tools.CommandLines().empty(); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  }
+  std::vector<std::string> lines = tools.CommandLines();
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_NE(lines[0].find("PepperUninstall.exe"), std::string::npos) << lines[0];
+  EXPECT_TRUE(lines[0].ends_with(" startupdialog=advanced")) << lines[0];
+}

@@ -1,0 +1,423 @@
+#include "settings/settings_manager.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "settings_bytes.h"
+#include "support/fake_system.h"
+#include "support/native_platform.h"
+#include "support/temp_folder.h"
+
+using namespace settings_bytes;
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string kMaster = SMSettingsManager::MasterDomain();
+
+// A user profile in a temporary folder whose player data root exists, as the player leaves it.
+struct Profile {
+  TempFolder temp;
+  FakeSystem system;
+  std::unique_ptr<SMPlatformServices> platform;
+  fs::path dataRoot;
+
+  Profile() {
+    system.roamingAppData = temp.Utf8("Roaming");
+    system.localAppData = temp.Utf8("Local");
+    system.systemWow64 = temp.Utf8("syswow64");
+    system.systemDirectory = temp.Utf8("system32");
+    platform = MakeNativePlatform(system);
+    dataRoot = PathFromUtf8(platform->PlayerDataRoot());
+    fs::create_directories(dataRoot);
+  }
+  fs::path SettingsFolder() const {
+    return dataRoot / "tessaline.com" / "support" / "vantrelplayer" / "sys";
+  }
+  fs::path MasterFile() const { return SettingsFolder() / "settings.sol"; }
+  fs::path SiteFile(const std::string& site) const {
+    return SettingsFolder() / PathFromUtf8("#" + site) / "settings.sol";
+  }
+  fs::path SharedObjects() const { return dataRoot / "#SharedObjects"; }
+};
+
+// The master file of a first run: the ten global defaults and an empty "domains", in the
+// player's table order (buckets 1, 1, 3, 4, 4, 6, 8, 10, 11, 11, 15; the later-added name of a
+// bucket first).
+std::string FirstRunMasterFile() {
+  return Stream(
+      Body("settings",
+           NumberPair("autoUpdateInterval", 14) + BooleanPair("crossdomainAllow", false) +
+               BooleanPair("crossdomainAlways", true) + BooleanPair("autoUpdateDisabled", false) +
+               BooleanPair("disallowP2PUplink", false) + BooleanPair("defaultalways", false) +
+               NumberPair("secureCrossDomainCacheSize", -1) +
+               BooleanPair("allowThirdPartyLSOAccess", true) + ArrayPair("domains", "") +
+               ArrayPair("trustedPaths", "") + NumberPair("defaultklimit", 100)));
+}
+
+std::string SiteFileWith(const std::string& site, bool always, double klimit) {
+  return Stream(Body(site + "/settings",
+                     BooleanPair("p2pallow", false) + BooleanPair("always", always) +
+                         BooleanPair("p2palways", false) + BooleanPair("allowsecure", false) +
+                         BooleanPair("alwayssecure", always) + NumberPair("klimit", klimit) +
+                         BooleanPair("allow", false)));
+}
+
+std::vector<std::string> KnownSites(SMSettingsManager& manager) {
+  std::vector<std::string> names;
+  if (const SettingArray* sites = manager.GetKnownSites()) {
+    for (const SettingValue& site : *sites) names.push_back(site.name());
+  }
+  return names;
+}
+
+// Every file and folder below a folder, with the contents of each file.
+std::map<std::string, std::string> Snapshot(const fs::path& root) {
+  std::map<std::string, std::string> entries;
+  for (const auto& entry : fs::recursive_directory_iterator(root)) {
+    std::string key = PathToUtf8(fs::relative(entry.path(), root));
+    entries[key] = entry.is_directory() ? "<dir>" : ReadFileBytes(entry.path());
+  }
+  return entries;
+}
+
+}  // namespace
+
+TEST(SettingsManager, FirstRunWritesTheGlobalDefaultsByteForByte) {
+  Profile profile;
+  testing::internal::CaptureStderr();
+  SMSettingsManager manager(*profile.platform);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(ReadFileBytes(profile.MasterFile()), FirstRunMasterFile());
+  EXPECT_EQ(manager.settingsFolder(), PathToUtf8(profile.SettingsFolder()));
+  EXPECT_EQ(manager.storedDataFolder(), PathToUtf8(profile.SharedObjects()));
+  EXPECT_EQ(manager.GetNames(kMaster).size(), 11u);
+  EXPECT_EQ(manager.GetValue(kMaster, "defaultklimit")->number(), 100);
+  EXPECT_EQ(manager.MasterDomain(), "___MASTER_DOMAIN");
+}
+
+TEST(SettingsManager, StoredDataFolderIsTheFirstListedEntryOfSharedObjects) {
+  Profile profile;
+  fs::create_directories(profile.SharedObjects() / "QX7T2" / "example.com");
+  fs::create_directories(profile.SharedObjects() / "9");
+  SMSettingsManager manager(*profile.platform);
+  EXPECT_EQ(manager.storedDataFolder(), PathToUtf8(profile.SharedObjects() / "QX7T2"));
+#ifdef _WIN32
+  EXPECT_EQ(manager.appContainerFolder(),
+            PathToUtf8(profile.SharedObjects() / "QX7T2" / "#AppContainer"));
+#endif
+}
+
+TEST(SettingsManager, ExistingMasterKeepsItsValuesAndWrongTypes) {
+  Profile profile;
+  WriteFileBytes(profile.MasterFile(),
+                 Stream(Body("settings", NumberPair("defaultklimit", 500) +
+                                             StringPair("crossdomainAllow", "maybe") +
+                                             NumberPair("playerOwnKey", 3))));
+  SMSettingsManager manager(*profile.platform);
+  EXPECT_EQ(manager.GetValue(kMaster, "defaultklimit")->number(), 500);
+  EXPECT_EQ(manager.GetValue(kMaster, "crossdomainAllow")->type(), kSettingString);
+  EXPECT_EQ(manager.GetValue(kMaster, "crossdomainAllow")->text(), "maybe");
+  EXPECT_EQ(manager.GetValue(kMaster, "playerOwnKey")->number(), 3);
+  EXPECT_EQ(manager.GetValue(kMaster, "autoUpdateInterval")->number(), 14);
+  EXPECT_EQ(manager.GetValue(kMaster, "domains")->type(), kSettingArray);
+  // What is on disk is what is in memory (the order inside a bucket may change on reading).
+  SMSettingsManager again(*profile.platform);
+  std::vector<std::string> namesOnDisk = again.GetNames(kMaster);
+  std::vector<std::string> namesInMemory = manager.GetNames(kMaster);
+  std::sort(namesOnDisk.begin(), namesOnDisk.end());
+  std::sort(namesInMemory.begin(), namesInMemory.end());
+  EXPECT_EQ(namesOnDisk, namesInMemory);
+  EXPECT_EQ(namesOnDisk.size(), 12u);
+  EXPECT_EQ(again.GetValue(kMaster, "crossdomainAllow")->text(), "maybe");
+}
+
+TEST(SettingsManager, CorruptOrEmptyMasterIsReplacedByDefaults) {
+  const std::string pathological =
+      "SMSettingsManager: Pathological error when reading master settings.sol file.\n";
+  struct Case {
+    const char* what;
+    std::string bytes;
+    std::string diagnostics;
+  };
+  const Case cases[] = {
+      {"not a settings file", "garbage!", pathological},
+      {"a bad end byte",
+       Stream(Body("settings", NumberPair("defaultklimit", 5).substr(0, 24) + Byte(1))),
+       pathological},
+      {"empty", "",
+       "SMSettingsReader: ReadU16() attempted to read beyond end-of-stream.\n" + pathological},
+  };
+  for (const Case& testCase : cases) {
+    SCOPED_TRACE(testCase.what);
+    Profile profile;
+    WriteFileBytes(profile.MasterFile(), testCase.bytes);
+    testing::internal::CaptureStderr();
+    SMSettingsManager manager(*profile.platform);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), testCase.diagnostics);
+    EXPECT_EQ(ReadFileBytes(profile.MasterFile()), FirstRunMasterFile());
+  }
+}
+
+TEST(SettingsManager, SetValueWritesAtOnceAndReportsAFailedWrite) {
+  Profile profile;
+  SMSettingsManager manager(*profile.platform);
+  EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Number("defaultklimit", -1)));
+  // A file where the settings folder should be: the write fails, the value stays in memory.
+  fs::remove_all(profile.SettingsFolder());
+  WriteFileBytes(profile.SettingsFolder(), "in the way");
+  EXPECT_FALSE(manager.SetValue(kMaster, SettingValue::Boolean("disallowP2PUplink", true)));
+  EXPECT_TRUE(manager.GetValue(kMaster, "disallowP2PUplink")->boolean());
+  fs::remove(profile.SettingsFolder());
+  EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Number("autoUpdateInterval", 7)));
+  SMSettingsManager reread(*profile.platform);
+  EXPECT_EQ(reread.GetValue(kMaster, "defaultklimit")->number(), -1);
+  EXPECT_TRUE(reread.GetValue(kMaster, "disallowP2PUplink")->boolean());
+  EXPECT_EQ(reread.GetValue(kMaster, "autoUpdateInterval")->number(), 7);
+}
+
+TEST(SiteSettings, AddSiteWritesTheSiteDefaultsAndListsItOnce) {
+  Profile profile;
+  SMSettingsManager manager(*profile.platform);
+  EXPECT_TRUE(manager.AddSite("example.com"));
+  EXPECT_TRUE(manager.AddSite("other.org"));
+  EXPECT_EQ(ReadFileBytes(profile.SiteFile("example.com")),
+            SiteFileWith("example.com", false, 100));
+  EXPECT_EQ(KnownSites(manager), (std::vector<std::string>{"example.com", "other.org"}));
+  const std::string master = ReadFileBytes(profile.MasterFile());
+  EXPECT_NE(master.find(ArrayPair(
+                "domains", Element("example.com", 1, Byte(1)) + Element("other.org", 1, Byte(1)))),
+            std::string::npos);
+  // The second time nothing is written at all.
+  fs::remove(profile.MasterFile());
+  fs::remove(profile.SiteFile("example.com"));
+  EXPECT_TRUE(manager.AddSite("example.com"));
+  EXPECT_FALSE(fs::exists(profile.MasterFile()));
+  EXPECT_FALSE(fs::exists(profile.SiteFile("example.com")));
+  EXPECT_EQ(KnownSites(manager).size(), 2u);
+}
+
+TEST(SiteSettings, SiteDefaultsComeFromTheMasterFileOncePerRun) {
+  Profile profile;
+  WriteFileBytes(profile.MasterFile(),
+                 Stream(Body("settings", NumberPair("defaultklimit", 500) +
+                                             BooleanPair("defaultalways", true))));
+  SMSettingsManager manager(*profile.platform);
+  EXPECT_TRUE(manager.AddSite("first.com"));
+  EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Number("defaultklimit", 20)));
+  EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Boolean("defaultalways", false)));
+  EXPECT_TRUE(manager.AddSite("second.com"));
+  EXPECT_EQ(ReadFileBytes(profile.SiteFile("first.com")), SiteFileWith("first.com", true, 500));
+  EXPECT_EQ(ReadFileBytes(profile.SiteFile("second.com")), SiteFileWith("second.com", true, 500));
+  manager.ResetSiteDefaultsForTesting();  // as on the next run
+  EXPECT_TRUE(manager.AddSite("third.com"));
+  EXPECT_EQ(ReadFileBytes(profile.SiteFile("third.com")), SiteFileWith("third.com", false, 20));
+  // Keys a site file already has are kept; only missing ones are added.
+  WriteFileBytes(profile.SiteFile("kept.net"),
+                 Stream(Body("kept.net/settings", NumberPair("klimit", 10))));
+  EXPECT_TRUE(manager.EnsureSiteDefaults("kept.net"));
+  EXPECT_EQ(manager.GetValue("kept.net", "klimit")->number(), 10);
+  EXPECT_EQ(manager.GetNames("kept.net").size(), 7u);
+}
+
+TEST(SiteSettings, KnownSitesWithoutASettingsFileAreForgottenInMemoryOnly) {
+  Profile profile;
+  WriteFileBytes(
+      profile.MasterFile(),
+      Stream(Body("settings", ArrayPair("domains", Element("gone.com", 1, Byte(1)) +
+                                                       Element("kept.com", 1, Byte(1)) +
+                                                       Element("empty.com", 1, Byte(1))))));
+  WriteFileBytes(profile.SiteFile("kept.com"), SiteFileWith("kept.com", false, 100));
+  WriteFileBytes(profile.SiteFile("empty.com"), "");
+  SMSettingsManager manager(*profile.platform);
+  EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"kept.com"});
+  EXPECT_NE(ReadFileBytes(profile.MasterFile()).find("gone.com"), std::string::npos);
+}
+
+TEST(SiteSettings, RemoveSiteDeletesItsDataAndOptionallyItsSettings) {
+  Profile profile;
+  const fs::path stored = profile.SharedObjects() / "QX7T2";
+  fs::create_directories(stored);
+  SMSettingsManager manager(*profile.platform);
+  for (const char* site : {"a.com", "b.com", "c.com"}) {
+    ASSERT_TRUE(manager.AddSite(site));
+    WriteFileBytes(stored / site / "game.sol", "data");
+  }
+  WriteFileBytes(stored / "unlisted.com" / "x.sol", "data");
+  WriteFileBytes(profile.SiteFile("unlisted.com"), SiteFileWith("unlisted.com", false, 100));
+
+  EXPECT_TRUE(manager.RemoveSite("a.com", false));
+  EXPECT_FALSE(fs::exists(stored / "a.com"));
+  EXPECT_TRUE(fs::exists(profile.SiteFile("a.com")));
+  EXPECT_EQ(KnownSites(manager).size(), 3u);
+
+  EXPECT_TRUE(manager.RemoveSite("b.com", true));
+  EXPECT_FALSE(fs::exists(stored / "b.com"));
+  EXPECT_FALSE(fs::exists(profile.SiteFile("b.com").parent_path()));
+  EXPECT_EQ(KnownSites(manager), (std::vector<std::string>{"a.com", "c.com"}));
+  EXPECT_EQ(manager.GetNames("b.com").size(), 0u);  // re-created empty, not the old values
+
+  // A site that is not listed: its folders go, the list is written back unchanged.
+  EXPECT_TRUE(manager.RemoveSite("unlisted.com", true));
+  EXPECT_FALSE(fs::exists(stored / "unlisted.com"));
+  EXPECT_FALSE(fs::exists(profile.SiteFile("unlisted.com")));
+  SMSettingsManager reread(*profile.platform);
+  EXPECT_EQ(KnownSites(reread), (std::vector<std::string>{"a.com", "c.com"}));
+  EXPECT_TRUE(fs::exists(stored / "c.com" / "game.sol"));
+}
+
+TEST(SiteSettings, RemovingTheMasterDomainDeletesEverySettingsFileButKeepsTheList) {
+  Profile profile;
+  const fs::path stored = profile.SharedObjects() / "QX7T2";
+  WriteFileBytes(stored / "a.com" / "game.sol", "data");
+  SMSettingsManager manager(*profile.platform);
+  ASSERT_TRUE(manager.AddSite("a.com"));
+  EXPECT_TRUE(manager.RemoveSite(kMaster, true));
+  EXPECT_FALSE(fs::exists(profile.SettingsFolder()));
+  EXPECT_TRUE(fs::exists(stored / "a.com" / "game.sol"));
+  EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"a.com"});
+  EXPECT_TRUE(manager.RemoveSite(kMaster, false));
+}
+
+TEST(SiteSettings, StoredBytesOfLocalComeFromTwoFolders) {
+  Profile profile;
+  const fs::path stored = profile.SharedObjects() / "QX7T2";
+  WriteFileBytes(stored / "localhost" / "a.sol", std::string(100, 'a'));
+  WriteFileBytes(stored / "#localWithNet" / "b" / "c.sol", std::string(20, 'b'));
+  WriteFileBytes(stored / "local" / "d.sol", std::string(5000, 'd'));
+  WriteFileBytes(stored / "example.com" / "e.sol", std::string(7, 'e'));
+  SMSettingsManager manager(*profile.platform);
+  const std::string base = manager.storedDataFolder();
+  EXPECT_EQ(manager.GetSiteStoredBytes(base, "local"), 120u);
+  EXPECT_EQ(manager.GetSiteStoredBytes(base, "example.com"), 7u);
+  EXPECT_EQ(manager.GetSiteStoredBytes(base, "absent.com"), 0u);
+  EXPECT_EQ(manager.GetSiteStoredBytes(base, kMaster), 0u);
+}
+
+TEST(SiteSettings, RemoveAllSitesEmptiesDataCacheAndSettingsButKeepsGlobals) {
+  Profile profile;
+  const fs::path vxCache = PathFromUtf8(profile.platform->VXCacheFolder());
+  WriteFileBytes(vxCache / "v.bin", "v");
+  WriteFileBytes(profile.SharedObjects() / "QX7T2" / "a.com" / "x.sol", "x");
+  WriteFileBytes(profile.SharedObjects() / "OTHER" / "b.com" / "x.sol", "x");
+  WriteFileBytes(profile.dataRoot / "outside-shared-objects.txt", "keep");
+  SMSettingsManager manager(*profile.platform);
+  ASSERT_TRUE(manager.AddSite("a.com"));
+  ASSERT_TRUE(manager.SetValue(kMaster, SettingValue::Number("defaultklimit", 42)));
+
+  EXPECT_TRUE(manager.RemoveAllSites(true));
+  EXPECT_TRUE(fs::is_empty(profile.SharedObjects()));
+  EXPECT_FALSE(fs::exists(vxCache));
+  EXPECT_FALSE(fs::exists(profile.SiteFile("a.com").parent_path()));
+  EXPECT_EQ(ReadFileBytes(profile.dataRoot / "outside-shared-objects.txt"), "keep");
+  SMSettingsManager reread(*profile.platform);
+  EXPECT_EQ(reread.GetValue(kMaster, "defaultklimit")->number(), 42);
+  EXPECT_EQ(KnownSites(reread), std::vector<std::string>{});
+
+  // Without settings, the site files and the list stay.
+  ASSERT_TRUE(reread.AddSite("c.com"));
+  WriteFileBytes(profile.SharedObjects() / "QX7T2" / "c.com" / "x.sol", "x");
+  EXPECT_TRUE(reread.RemoveAllSites(false));
+  EXPECT_TRUE(fs::exists(profile.SiteFile("c.com")));
+  EXPECT_EQ(KnownSites(reread), std::vector<std::string>{"c.com"});
+  EXPECT_TRUE(fs::is_empty(profile.SharedObjects()));
+}
+
+#ifdef _WIN32
+TEST(SiteSettings, SiteDataUnderTheAppContainerGoesToo) {
+  Profile profile;
+  const fs::path stored = profile.SharedObjects() / "QX7T2";
+  WriteFileBytes(stored / "a.com" / "x.sol", "x");
+  WriteFileBytes(stored / "#AppContainer" / "a.com" / "y.sol", "y");
+  WriteFileBytes(stored / "#AppContainer" / "b.com" / "z.sol", "z");
+  SMSettingsManager manager(*profile.platform);
+  EXPECT_TRUE(manager.RemoveSiteStoredData("a.com"));
+  EXPECT_FALSE(fs::exists(stored / "a.com"));
+  EXPECT_FALSE(fs::exists(stored / "#AppContainer" / "a.com"));
+  EXPECT_TRUE(fs::exists(stored / "#AppContainer" / "b.com" / "z.sol"));
+  // Only in the app container: the main deletion of a missing folder still succeeds.
+  EXPECT_TRUE(manager.RemoveSiteStoredData("b.com"));
+  EXPECT_FALSE(fs::exists(stored / "#AppContainer" / "b.com"));
+}
+#endif
+
+TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
+  Profile profile;
+  const fs::path stored = profile.SharedObjects() / "QX7T2";
+  // Another site's data and settings, folders a name could climb to, and canaries outside.
+  WriteFileBytes(stored / "example.com" / "game.sol", "other site");
+  WriteFileBytes(stored / "#AppContainer" / "example.com" / "game.sol", "other site");
+  WriteFileBytes(profile.SharedObjects() / "evil" / "keep.sol", "shared objects");
+  WriteFileBytes(profile.temp.path() / "outside" / "canary.txt", "canary");
+  WriteFileBytes(profile.dataRoot / "evil" / "canary.txt", "canary");
+  WriteFileBytes(profile.SettingsFolder() / "#" / "settings.sol", "not a site");
+  {
+    SMSettingsManager setup(*profile.platform);
+    ASSERT_TRUE(setup.AddSite("example.com"));
+  }
+  SMSettingsManager manager(*profile.platform);
+  const auto before = Snapshot(profile.temp.path());
+
+  const std::string hostileNames[] = {"",
+                                      ".",
+                                      "..",
+                                      "../evil",
+                                      "..\\evil",
+                                      "../../../../../outside",
+                                      "a/b",
+                                      "a\\b",
+                                      "/",
+                                      "\\",
+                                      "example.com.",
+                                      "example.com ",
+                                      "example.com..",
+                                      "C:",
+                                      "x:stream",
+                                      "c:\\outside",
+                                      "*",
+                                      "example.*",
+                                      "exa?ple.com",
+                                      "NUL",
+                                      "con.txt",
+                                      "Com1",
+                                      "lpt9.x",
+                                      "EXAMPL~1.COM",
+                                      "#AppContainer",
+                                      "#appcontainer",
+                                      std::string("example.com\0x", 13),
+                                      "new\nline",
+                                      "quote\"",
+                                      "a|b",
+                                      "<b>"};
+  for (const std::string& name : hostileNames) {
+    SCOPED_TRACE("site name: " + name);
+    EXPECT_FALSE(manager.AddSite(name));
+    EXPECT_FALSE(manager.EnsureSiteDefaults(name));
+    EXPECT_FALSE(manager.SetValue(name, SettingValue::Number("klimit", 1)));
+    EXPECT_FALSE(manager.RemoveSiteStoredData(name));
+    EXPECT_FALSE(manager.RemoveSite(name, false));
+    EXPECT_FALSE(manager.RemoveSite(name, true));
+    EXPECT_FALSE(manager.DeleteSiteSettings(name, true));
+    EXPECT_FALSE(manager.DeleteSiteSettings(name, false));
+    EXPECT_EQ(manager.GetSiteStoredBytes(manager.storedDataFolder(), name), 0u);
+  }
+  EXPECT_EQ(Snapshot(profile.temp.path()), before);
+  EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"example.com"});
+
+  // Ordinary names that look unusual still work, and only on their own folders.
+  for (const std::string name : {"sub.example.com", "xn--bcher-kva.example", "localhost",
+                                 "#localWithNet", "a..b", "~user"}) {
+    SCOPED_TRACE("site name: " + name);
+    EXPECT_TRUE(manager.AddSite(name));
+    WriteFileBytes(stored / PathFromUtf8(name) / "d.sol", "d");
+    EXPECT_TRUE(manager.RemoveSite(name, true));
+    EXPECT_FALSE(fs::exists(stored / PathFromUtf8(name)));
+  }
+  EXPECT_EQ(ReadFileBytes(stored / "example.com" / "game.sol"), "other site");
+  EXPECT_EQ(ReadFileBytes(profile.temp.path() / "outside" / "canary.txt"), "canary");
+}

@@ -1,0 +1,220 @@
+#include "settings/settings_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "settings/settings_writer.h"
+#include "settings_bytes.h"
+
+using namespace settings_bytes;
+
+namespace {
+
+const std::string kReadU8Past =
+    "SMSettingsReader: ReadU8() attempted to read beyond end-of-stream.\n";
+const std::string kReadDoublePast =
+    "SMSettingsReader: ReadDouble() attempted to read beyond end-of-stream.\n";
+const std::string kUnknownPair =
+    "SMSettingsReader: Unexpected data-type encountered when parsing settings; IGNORING VALUE.\n";
+const std::string kUnknownElement =
+    "SMSettingsReader: Unexpected data-type encountered when parsing array; IGNORING VALUE.\n";
+const std::string kNestedElement =
+    "SMSettingsReader: Nested arrays are not supported. They are currently not a use-case; "
+    "IGNORING VALUE.\n";
+
+struct ParseOutcome {
+  std::unique_ptr<SettingsTable> table;
+  std::string objectName;
+  std::string diagnostics;
+};
+
+ParseOutcome ParseCapturingStderr(const std::string& bytes) {
+  ParseOutcome outcome;
+  testing::internal::CaptureStderr();
+  SMSettingsReader reader(bytes);
+  outcome.table = reader.Parse(&outcome.objectName);
+  outcome.diagnostics = testing::internal::GetCapturedStderr();
+  return outcome;
+}
+
+std::string Describe(const SettingValue& value) {
+  std::string text = value.name() + ":" + std::to_string(value.type()) + "=";
+  switch (value.type()) {
+    case kSettingNumber:
+      return text + std::to_string(value.number());
+    case kSettingBoolean:
+      return text + (value.boolean() ? "true" : "false");
+    case kSettingString:
+      return text + "'" + value.text() + "'";
+    case kSettingArray: {
+      text += "[";
+      for (const SettingValue& element : value.array()) text += Describe(element) + ";";
+      return text + "]";
+    }
+    default:
+      return text + "?";
+  }
+}
+
+// The table's values in iteration order, one text each.
+std::vector<std::string> Contents(const SettingsTable& table) {
+  std::vector<std::string> described;
+  table.ForEach([&](const SettingValue& value) { described.push_back(Describe(value)); });
+  return described;
+}
+
+}  // namespace
+
+TEST(SettingsReader, ScalarReadsAreBigEndianAndShortReadsYieldZeroWithTheirMessage) {
+  const std::string bytes = Byte(0xAB) + U16(0x1234) + U32(0x89ABCDEF) + Double(-2.5) + "xy";
+  SMSettingsReader reader(bytes);
+  EXPECT_EQ(reader.ReadU8(), 0xAB);
+  EXPECT_EQ(reader.ReadU16(), 0x1234);
+  EXPECT_EQ(reader.ReadU32(), 0x89ABCDEFu);
+  EXPECT_EQ(reader.ReadDouble(), -2.5);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(reader.ReadU32(), 0u);
+  EXPECT_EQ(reader.ReadDouble(), 0.0);
+  EXPECT_EQ(reader.position(), 15u);  // a short read does not move
+  EXPECT_EQ(reader.ReadU16(), 0x7879);
+  EXPECT_FALSE(reader.HasMore());
+  EXPECT_EQ(reader.ReadU8(), 0);
+  EXPECT_EQ(reader.ReadU16(), 0);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "SMSettingsReader: ReadU32() attempted to read beyond end-of-stream.\n" +
+                kReadDoublePast + kReadU8Past +
+                "SMSettingsReader: ReadU16() attempted to read beyond end-of-stream.\n");
+}
+
+TEST(SettingsReader, PStringIsCutAtZeroAndAnOverlongOneIsEmpty) {
+  const std::string bytes = PString(std::string("ab\0cd", 5)) + U16(9) + "short";
+  SMSettingsReader reader(bytes);
+  EXPECT_EQ(reader.ReadAndCopyPStringAsSimpleString(), "ab");
+  EXPECT_EQ(reader.position(), 7u);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(reader.ReadAndCopyPStringAsSimpleString(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "SMSettingsReader: ReadAndCopyPStringAsSimpleString() attempted to read beyond "
+            "end-of-stream.\n");
+  EXPECT_EQ(reader.position(), 9u);  // the count was read, the text was not
+}
+
+TEST(SettingsReader, AcceptedStreamsAndWhatTheyHold) {
+  struct Case {
+    const char* what;
+    std::string bytes;
+    std::vector<std::string> contents;
+    std::string diagnostics;
+  };
+  const std::string nameOnly = Body("settings", "");
+  const Case cases[] = {
+      {"header, magic, version, name and reserved bytes only", Stream(nameOnly), {}, ""},
+      {"version 2 has no reserved bytes after the version",
+       Stream("TCSO" + U16(2) + PString("v2") + U32(0) + BooleanPair("b", true)),
+       {"b:1=true"},
+       ""},
+      {"version 3 likewise",
+       Stream("TCSO" + U16(3) + PString("v3") + U32(0) + NumberPair("n", 7)),
+       {"n:0=7.000000"},
+       ""},
+      {"the declared length may be shorter than the stream; parsing runs to its end",
+       Byte(0) + Byte(0x81) + Body("s", NumberPair("n", 1) + StringPair("t", "x")),
+       {"t:2='x'", "n:0=1.000000"},
+       ""},
+      {"a long header",
+       Byte(0) + Byte(0xBF) + U32(10) + Body("s", BooleanPair("b", false)),
+       {"b:1=false"},
+       ""},
+      {"any non-zero boolean byte is true",
+       Stream(Body("s", PString("b") + Byte(1) + Byte(0x40) + Byte(0))),
+       {"b:1=true"},
+       ""},
+      {"a string is cut at a zero byte",
+       Stream(Body("s", StringPair("t", std::string("be\0fore", 7)))),
+       {"t:2='be'"},
+       ""},
+      {"the same name twice: the last value, at the place of the first",
+       Stream(Body("s", NumberPair("a", 1) + NumberPair("q", 2) + NumberPair("a", 3))),
+       {"q:0=2.000000", "a:0=3.000000"},
+       ""},
+      {"the last pair without its end byte still counts; the short read is logged",
+       Stream(Body("s", PString("b") + Byte(1) + Byte(1))),
+       {"b:1=true"},
+       kReadU8Past},
+      {"a number cut off after its type byte reads as 0; both short reads are logged",
+       Stream(Body("s", PString("n") + Byte(0))),
+       {"n:0=0.000000"},
+       kReadDoublePast + kReadU8Past},
+      {"an unknown pair type is reported and nothing is stored; its payload is not skipped",
+       Stream(Body("s", PString("x") + Byte(5) + Byte(0) + BooleanPair("y", true))),
+       {"y:1=true"},
+       kUnknownPair},
+      {"array elements of every type, in file order",
+       Stream(Body(
+           "s", ArrayPair("list", Element("z", 2, PString("last")) + Element("a", 0, Double(0.5)) +
+                                      Element("m", 1, Byte(1))))),
+       {"list:3=[z:2='last';a:0=0.500000;m:1=true;]"},
+       ""},
+      {"an unknown element after a number or boolean stays, after a string it is dropped; a "
+       "nested array is dropped and its payload read as the next element",
+       Stream(Body("s", ArrayPair("list", Element("n", 0, Double(1)) + Element("u1", 6, "") +
+                                              Element("u2", 7, "") + Element("s", 2, PString("t")) +
+                                              Element("u3", 6, "") + Element("b", 1, Byte(0)) +
+                                              Element("x", 3, "") + Element("u4", 8, "")))),
+       {"list:3=[n:0=1.000000;u1:6=?;u2:7=?;s:2='t';b:1=false;u4:8=?;]"},
+       kUnknownElement + kUnknownElement + kUnknownElement + kNestedElement + kUnknownElement},
+      {"an unknown element first in its array is dropped",
+       Stream(Body("s", ArrayPair("list", Element("u", 6, "") + Element("n", 0, Double(2))))),
+       {"list:3=[n:0=2.000000;]"},
+       kUnknownElement},
+  };
+  for (const Case& testCase : cases) {
+    SCOPED_TRACE(testCase.what);
+    ParseOutcome outcome = ParseCapturingStderr(testCase.bytes);
+    ASSERT_NE(outcome.table, nullptr);
+    EXPECT_EQ(Contents(*outcome.table), testCase.contents);
+    EXPECT_EQ(outcome.diagnostics, testCase.diagnostics);
+  }
+}
+
+TEST(SettingsReader, RejectedStreams) {
+  struct Case {
+    const char* what;
+    std::string bytes;
+    std::string diagnostics;
+  };
+  const std::string good = Body("s", BooleanPair("a", true) + BooleanPair("b", true));
+  std::string badEnd = good;
+  badEnd[badEnd.size() - 1] = 1;
+  const Case cases[] = {
+      {"empty stream", "", "SMSettingsReader: ReadU16() attempted to read beyond end-of-stream.\n"},
+      {"tag type 1", Byte(0x00) + Byte(0x40 + 10) + good, ""},
+      {"declared length one past the end", Byte(0) + Byte(0x80 + 28) + good.substr(0, 27), ""},
+      {"long declared length past the end", Byte(0) + Byte(0xBF) + U32(1000) + good, ""},
+      {"wrong magic", Stream("TCSx" + good.substr(4)), ""},
+      {"version 1", Stream("TCSO" + U16(1) + PString("s") + U32(0)), ""},
+      {"version 5", Stream("TCSO" + U16(5) + U32(0) + PString("s") + U32(0)), ""},
+      {"one bad end byte spoils the whole file, even after good pairs", Stream(badEnd), ""},
+      {"a short read does not advance: the rest of a cut number is taken as the end byte",
+       Stream(Body("s", PString("n") + Byte(0) + "\x01\x02")), kReadDoublePast},
+      {"a short read does not advance: the rest of a cut number is taken as the end byte",
+       Stream(Body("s", PString("n") + Byte(0) + "\x01\x02")), kReadDoublePast},
+      {"an array that does not end in 9",
+       Stream(Body("s", PString("l") + Byte(3) + Element("e", 1, Byte(1)) + U16(0) + Byte(8))), ""},
+  };
+  for (const Case& testCase : cases) {
+    SCOPED_TRACE(testCase.what);
+    ParseOutcome outcome = ParseCapturingStderr(testCase.bytes);
+    EXPECT_EQ(outcome.table, nullptr);
+    EXPECT_EQ(outcome.diagnostics, testCase.diagnostics);
+  }
+}
+
+TEST(SettingsReader, VersionFourWithoutItsReservedBytesMisreadsTheName) {
+  ParseOutcome outcome =
+      ParseCapturingStderr(Stream("TCSO" + U16(4) + PString("name") + U32(0) + U32(0)));
+  ASSERT_NE(outcome.table, nullptr);
+  EXPECT_NE(outcome.objectName, "name");
+}

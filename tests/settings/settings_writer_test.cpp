@@ -1,0 +1,220 @@
+#include "settings/settings_writer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "settings/settings_reader.h"
+#include "settings_bytes.h"
+#include "support/fake_system.h"
+#include "support/native_platform.h"
+#include "support/temp_folder.h"
+
+using namespace settings_bytes;
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path TestData(const std::string& relative) {
+  return fs::path(VP_SETTINGS_TESTDATA) / relative;
+}
+
+SettingArray Elements(std::vector<SettingValue> values) {
+  SettingArray elements;
+  for (SettingValue& value : values) elements.Append(std::move(value));
+  return elements;
+}
+
+std::vector<std::string> SortedNames(const SettingsTable& table) {
+  std::vector<std::string> names = table.Names();
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+// Same names, types and values. Reading a file inserts its pairs in file order, so inside a
+// bucket the order read back may differ from the order written.
+void ExpectSameTables(const SettingsTable& expected, const SettingsTable& actual) {
+  ASSERT_EQ(SortedNames(expected), SortedNames(actual));
+  for (const std::string& name : expected.Names()) {
+    EXPECT_TRUE(IdenticalValues(*expected.Find(name), *actual.Find(name))) << name;
+  }
+}
+
+std::unique_ptr<SettingsTable> ParseQuietly(const std::string& bytes, std::string* objectName) {
+  testing::internal::CaptureStderr();
+  SMSettingsReader reader(bytes);
+  std::unique_ptr<SettingsTable> table = reader.Parse(objectName);
+  testing::internal::GetCapturedStderr();
+  return table;
+}
+
+}  // namespace
+
+TEST(SettingsTable, IterationFollowsBucketsWithTheNewestNameOfABucketFirst) {
+  // Buckets: "a", "q", "A" and "Q" fall in 1, "b" in 2, "c" in 3; "\xFF" counts as -1.
+  EXPECT_EQ(SettingsTable::BucketOf("a"), 1u);
+  EXPECT_EQ(SettingsTable::BucketOf("\xFF"), 15u);
+  EXPECT_EQ(SettingsTable::BucketOf("\xFF\x01"), 0u);
+  EXPECT_EQ(SettingsTable::BucketOf(""), 0u);
+  SettingsTable table;
+  for (const char* name : {"c", "a", "b", "q", "\xFF", "", "A"}) {
+    table.Insert(SettingValue::Number(name, 1));
+  }
+  EXPECT_EQ(table.Names(), (std::vector<std::string>{"", "A", "q", "a", "b", "c", "\xFF"}));
+  // Replacing keeps the place and the new value; names are case-sensitive.
+  table.Insert(SettingValue::String("a", "new"));
+  table.Insert(SettingValue::Number("Q", 2));
+  EXPECT_EQ(table.Names(), (std::vector<std::string>{"", "Q", "A", "q", "a", "b", "c", "\xFF"}));
+  EXPECT_EQ(table.Find("a")->text(), "new");
+  EXPECT_EQ(table.Find("Q")->number(), 2);
+  EXPECT_EQ(table.size(), 8u);
+}
+
+TEST(SettingsTable, ValuesAreCopiedDeeply) {
+  SettingValue original = SettingValue::Array("list", Elements({SettingValue::Boolean("x", true)}));
+  SettingsTable table;
+  table.Insert(original);
+  original.array().Append(SettingValue::Boolean("y", false));
+  original.array()[0] = SettingValue::Boolean("x", false);
+  SettingValue copy = *table.Find("list");
+  ASSERT_EQ(copy.array().size(), 1u);
+  EXPECT_TRUE(copy.array()[0].boolean());
+  copy.array().RemoveAt(0);
+  EXPECT_EQ(table.Find("list")->array().size(), 1u);
+}
+
+TEST(SettingsWriter, EmptyMasterFileIs26Bytes) {
+  std::string expected = std::string("\x00\x98TCSO\x00\x04\x00\x00\x00\x00\x00\x08", 14) +
+                         "settings" + std::string(4, '\0');
+  std::string written = SerializeSettings(SettingsTable(), "settings");
+  EXPECT_EQ(written, expected);
+  EXPECT_EQ(written.size(), 26u);
+}
+
+TEST(SettingsWriter, HeaderIsShortBelow63BytesOfBodyAndLongFrom63) {
+  // The body is 16 bytes plus the object name.
+  struct Case {
+    size_t nameLength;
+    std::string header;
+  };
+  const Case cases[] = {
+      {46, Byte(0) + Byte(0x80 + 62)},
+      {47, Byte(0) + Byte(0xBF) + U32(63)},
+      {48, Byte(0) + Byte(0xBF) + U32(64)},
+  };
+  for (const Case& testCase : cases) {
+    std::string name(testCase.nameLength, 'n');
+    std::string written = SerializeSettings(SettingsTable(), name);
+    EXPECT_EQ(written.substr(0, testCase.header.size()), testCase.header) << testCase.nameLength;
+    EXPECT_EQ(written.size(), testCase.header.size() + 16 + testCase.nameLength);
+    std::string objectName;
+    EXPECT_NE(ParseQuietly(written, &objectName), nullptr);
+    EXPECT_EQ(objectName, name);
+  }
+}
+
+TEST(SettingsWriter, TextsLongerThan65535BytesAreCut) {
+  SettingsTable table;
+  std::string longText(70000, 't');
+  std::string longName(65536, 'k');
+  table.Insert(SettingValue::String("s", longText));
+  table.Insert(SettingValue::Boolean(longName, true));
+  std::string written = SerializeSettings(table, "settings");
+  EXPECT_EQ(written.size(), 6u + 24 + (2 + 1 + 1 + 2 + 65535 + 1) + (2 + 65535 + 1 + 1 + 1));
+  std::unique_ptr<SettingsTable> readBack = ParseQuietly(written, nullptr);
+  ASSERT_NE(readBack, nullptr);
+  EXPECT_EQ(readBack->Find("s")->text(), longText.substr(0, 65535));
+  EXPECT_TRUE(readBack->Find(longName.substr(0, 65535))->boolean());
+}
+
+TEST(SettingsWriter, GoldenFilesAreWrittenByteForByteAndReadBack) {
+  SettingsTable empty;
+  SettingsTable site;
+  for (SettingValue value :
+       {SettingValue::Boolean("allow", false), SettingValue::Boolean("always", false),
+        SettingValue::Boolean("allowsecure", false), SettingValue::Boolean("alwayssecure", false),
+        SettingValue::Number("klimit", 100), SettingValue::Boolean("p2pallow", false),
+        SettingValue::Boolean("p2palways", false)}) {
+    site.Insert(value);
+  }
+  SettingsTable allTypes;
+  allTypes.Insert(SettingValue::Number("a", -1.5));
+  allTypes.Insert(SettingValue::Boolean("q", true));
+  allTypes.Insert(SettingValue::String("c",
+                                       "gr\xC3\xBC\xC3\x9F"
+                                       "e"));
+  allTypes.Insert(SettingValue::Array(
+      "trustedPaths",
+      Elements({SettingValue::Boolean("C:\\dev\\movie.swf", true), SettingValue::Number("n", 1e300),
+                SettingValue::String("s", "text")})));
+  struct Case {
+    const char* file;
+    const SettingsTable& table;
+    std::string objectName;
+  };
+  const Case cases[] = {
+      {"golden/empty-master.sol", empty, "settings"},
+      {"golden/site-defaults.sol", site, "example.com/settings"},
+      {"golden/all-types.sol", allTypes, "caf\xC3\xA9.example/settings"},
+  };
+  for (const Case& testCase : cases) {
+    SCOPED_TRACE(testCase.file);
+    std::string golden = ReadFileBytes(TestData(testCase.file));
+    ASSERT_FALSE(golden.empty());
+    EXPECT_EQ(SerializeSettings(testCase.table, testCase.objectName), golden);
+    std::string objectName;
+    std::unique_ptr<SettingsTable> readBack = ParseQuietly(golden, &objectName);
+    ASSERT_NE(readBack, nullptr);
+    EXPECT_EQ(objectName, testCase.objectName);
+    ExpectSameTables(testCase.table, *readBack);
+  }
+}
+
+TEST(SettingsWriter, MustFailFilesFailWithTheirExactDiagnostics) {
+  int checked = 0;
+  for (const fs::directory_entry& entry : fs::directory_iterator(TestData("must-fail"))) {
+    if (entry.path().extension() != ".sol") continue;
+    SCOPED_TRACE(PathToUtf8(entry.path().filename()));
+    fs::path diagnosticsFile = entry.path();
+    diagnosticsFile.replace_extension(".stderr");
+    ASSERT_TRUE(fs::exists(diagnosticsFile));
+    std::string bytes = ReadFileBytes(entry.path());
+    testing::internal::CaptureStderr();
+    SMSettingsReader reader(bytes);
+    EXPECT_EQ(reader.Parse(nullptr), nullptr);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), ReadFileBytes(diagnosticsFile));
+    ++checked;
+  }
+  EXPECT_GE(checked, 10);
+}
+
+TEST(SettingsWriter, UnknownElementsRoundTripWithNameAndTypeOnly) {
+  std::string stream =
+      Stream(Body("s", ArrayPair("l", Element("n", 0, Double(3)) + Element("u", 6, "") +
+                                          Element("b", 1, Byte(1)))));
+  std::unique_ptr<SettingsTable> table = ParseQuietly(stream, nullptr);
+  ASSERT_NE(table, nullptr);
+  ASSERT_EQ(table->Find("l")->array().size(), 3u);
+  EXPECT_EQ(SerializeSettings(*table, "s"), stream);
+}
+
+TEST(SettingsWriter, WriteReplacesTheFileAndCreatesOneMissingFolderLevel) {
+  TempFolder temp;
+  FakeSystem system;
+  auto platform = MakeNativePlatform(system);
+  const std::string folder = temp.Utf8("missing");
+  const std::string file = folder + kPathSeparator + "settings.sol";
+  EXPECT_TRUE(WriteSettingsStream(*platform, folder, file, "first, longer contents"));
+  EXPECT_TRUE(WriteSettingsStream(*platform, folder, file, "second"));
+  EXPECT_EQ(ReadFileBytes(PathFromUtf8(file)), "second");
+
+  // A folder two levels below what exists takes two writes: each creates one more level.
+  const std::string deepFolder = temp.Utf8(fs::path("a") / "b" / "c");
+  const std::string deepFile = deepFolder + kPathSeparator + "settings.sol";
+  EXPECT_FALSE(WriteSettingsStream(*platform, deepFolder, deepFile, "x"));
+  EXPECT_TRUE(WriteSettingsStream(*platform, deepFolder, deepFile, "x"));
+  EXPECT_EQ(ReadFileBytes(PathFromUtf8(deepFile)), "x");
+}
