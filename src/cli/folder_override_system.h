@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdlib>
 #include <string>
 
 #include "platform/system.h"
@@ -32,7 +33,10 @@ class FolderOverrideSystem : public SMSystem {
   bool LaunchElevated(const std::string& program, const std::string& parameters) override {
     return base_.LaunchElevated(program, parameters);
   }
-  [[noreturn]] void ExitProcess(int status) override { base_.ExitProcess(status); }
+  [[noreturn]] void ExitProcess(int status) override {
+    base_.ExitProcess(status);
+    std::_Exit(status);  // not reached: the base ends the process
+  }
   void OpenUrl(void* ownerWindow, const char* address) override {
     base_.OpenUrl(ownerWindow, address);
   }

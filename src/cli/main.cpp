@@ -1,6 +1,7 @@
 // vpsettings: the player's settings from a shell, for administrators and for inspecting files.
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -30,6 +31,28 @@ std::vector<std::string> ReversedArguments(int argc, char** argv) {
   for (int i = argc - 1; i >= 1; --i) arguments.emplace_back(argv[i]);
 #endif
   return arguments;
+}
+
+// The global options that take a value.
+constexpr const char* kValueOptions[] = {"--appdata", "--local-appdata", "--system-dir",
+                                         "--wineprefix"};
+
+// The first word that is neither a global option, an option's value nor a command.
+std::optional<std::string> UnknownCommand(CLI::App& app, const std::vector<std::string>& reversed) {
+  for (auto word = reversed.rbegin(); word != reversed.rend(); ++word) {
+    if (word->rfind("-", 0) == 0) {
+      bool takesValue = std::find(std::begin(kValueOptions), std::end(kValueOptions), *word) !=
+                        std::end(kValueOptions);
+      if (takesValue && std::next(word) != reversed.rend()) ++word;
+      continue;
+    }
+    bool known = !app.get_subcommands([&](CLI::App* command) {
+                        return command->get_name() == *word;
+                      }).empty();
+    if (!known) return *word;
+    return std::nullopt;
+  }
+  return std::nullopt;
 }
 
 struct Arguments {
@@ -93,6 +116,9 @@ int main(int argc, char** argv) {
   admin->add_option("VALUE", args.value);
 
   std::vector<std::string> arguments = ReversedArguments(argc, argv);
+  if (std::optional<std::string> unknown = UnknownCommand(app, arguments)) {
+    return Fail(kExitUsage, "unknown command \"" + *unknown + "\" (see vpsettings --help)");
+  }
   try {
     app.parse(arguments);
   } catch (const CLI::ParseError& error) {

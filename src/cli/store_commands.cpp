@@ -7,6 +7,7 @@
 
 #include "cli/commands.h"
 #include "cli/json_codec.h"
+#include "platform/file_io.h"
 
 namespace {
 
@@ -25,6 +26,26 @@ std::optional<double> ParseNumber(const std::string& text) {
 std::optional<bool> ParseBooleanWord(const std::string& text) {
   if (text == "true") return true;
   if (text == "false") return false;
+  return std::nullopt;
+}
+
+// The type a global key has now: in the master file as it is on disk, else the type of its
+// default; nothing for a key the program does not know.
+std::optional<std::string> CurrentType(CliContext& context, const std::string& name) {
+  SMPlatformServices& platform = context.platform();
+  std::string masterFile = SMSettingsManager::SettingsFolderIn(platform) +
+                           platform.PathSeparator() + "settings.sol";
+  if (std::optional<std::string> bytes = ReadWholeFile(masterFile)) {
+    if (std::optional<DecodedSettings> master = DecodeSettingsStream(*bytes)) {
+      for (const SettingValue& pair : master->pairs) {
+        if (pair.name() == name) return TypeWord(pair);
+      }
+    }
+  }
+  for (const SettingValue& fallback : SMSettingsManager::GlobalDefaults()) {
+    if (fallback.name() == name) return TypeWord(fallback);
+  }
+  if (name == "domains") return "array";
   return std::nullopt;
 }
 
@@ -73,16 +94,14 @@ int RunShow(CliContext& context) {
 
 int RunSet(CliContext& context, const std::string& name, const std::string& value,
            const std::string& type) {
-  SMSettingsManager& settings = context.settings();
-  const std::string& master = SMSettingsManager::MasterDomain();
-  const SettingValue* existing = settings.GetValue(master, name);
+  // The value is checked before the settings manager starts: starting it rewrites the master
+  // file, and a refused value must leave the file as it was.
   std::string typeName = type;
-  if (existing != nullptr) {
-    std::string existingType = TypeWord(*existing);
-    if (!typeName.empty() && typeName != existingType) {
-      return Fail(kExitUsage, name + " is a " + existingType + ", not a " + typeName);
+  if (std::optional<std::string> existingType = CurrentType(context, name)) {
+    if (!typeName.empty() && typeName != *existingType) {
+      return Fail(kExitUsage, name + " is a " + *existingType + ", not a " + typeName);
     }
-    typeName = existingType;
+    typeName = *existingType;
   }
   if (typeName.empty()) return Fail(kExitUsage, name + " is not set yet: give its --type");
   std::optional<SettingValue> setting;
@@ -103,7 +122,7 @@ int RunSet(CliContext& context, const std::string& name, const std::string& valu
     return Fail(kExitUsage, "\"" + value + "\" is not a " + typeName +
                                 (typeName == "boolean" ? " (true or false)" : ""));
   }
-  if (!settings.SetValue(master, *setting)) {
+  if (!context.settings().SetValue(SMSettingsManager::MasterDomain(), *setting)) {
     return Fail(kExitFailed, "could not write the master settings file");
   }
   return kExitOk;

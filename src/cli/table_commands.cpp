@@ -10,16 +10,6 @@
 
 namespace {
 
-// A table whose language is named on the command line instead of taken from the user.
-class FixedLanguageStringTable : public SMStringTable {
- public:
-  explicit FixedLanguageStringTable(int languageIndex) : languageIndex_(languageIndex) {}
-  int GetLanguageIndex() override { return languageIndex_; }
-
- private:
-  int languageIndex_;
-};
-
 std::optional<uint16_t> ParseLanguageId(const std::string& text) {
   std::string digits = text;
   if (digits.rfind("0x", 0) == 0 || digits.rfind("0X", 0) == 0) digits = digits.substr(2);
@@ -51,11 +41,12 @@ int RunStrings(CliContext& context, const std::string& languageText) {
     if (!languageId) {
       return Fail(kExitUsage, "--lang takes a language identifier in hex, such as 0x0407");
     }
-    fixed = std::make_unique<FixedLanguageStringTable>(LanguageIndexForLanguageId(*languageId));
+    fixed = std::make_unique<SMFixedLanguageStringTable>(StringTableLanguageFor(*languageId));
     strings = fixed.get();
   }
   nlohmann::json texts = nlohmann::json::object();
-  for (uint32_t id : StringIdentifiers()) {
+  for (int row = 0; row < kStringCount; ++row) {
+    uint32_t id = kStringIndex[row].id;
     const char* text = strings->GetString(id);
     if (context.options().json) {
       texts[std::to_string(id)] = text != nullptr ? text : "";

@@ -92,11 +92,12 @@ TEST_F(CliFiles, DumpThenEncodeGivesBackTheSameBytes) {
       {"every type", Stream("example.com/settings", kPairs)},
       {"empty master", Stream("settings", "")},
       {"special numbers",
-       Stream("settings", PString("a") + '\0' + Double(-0.0) + '\0' + PString("b") + '\0' +
+       // "q" shares bucket 1 with "a"; a table written by the player holds the newer name first.
+       Stream("settings", PString("a") + '\0' + Double(-0.0) + '\0' + PString("q") + '\0' +
+                              Double(1e300) + '\0' + PString("b") + '\0' +
                               Double(std::bit_cast<double>(0x7FF8000000000000ULL)) + '\0' +
                               PString("c") + '\0' + Double(-INFINITY) + '\0' + PString("d") +
-                              '\0' + Double(0.1) + '\0' + PString("q") + '\0' + Double(1e300) +
-                              '\0')},
+                              '\0' + Double(0.1) + '\0')},
       {"kept element of unknown type", Stream("settings", kept)},
       {"long header", Stream("settings", PString("a") + '\2' + PString(std::string(300, 'v')) + '\0')},
   };
@@ -149,6 +150,7 @@ TEST_F(CliFiles, BadInputFailsWithAMessageAndNoOutput) {
        "/pairs/0/name"},
       {{"dump"}, "", 2, "FILE"},
       {{"frobnicate"}, "", 2, "frobnicate"},
+      {{"--json", "frobnicate"}, "", 2, "frobnicate"},
       {{"set", "x", "1"}, "", 2, "--appdata"},
   };
   for (const Case& c : cases) {

@@ -9,6 +9,10 @@
 // A throwaway profile (roaming, local and 32-bit system folders) and the built tool.
 class CliHarness {
  public:
+  // The player has run here before: its settings folder exists (the program creates at most
+  // one missing folder level per write, as the player does).
+  CliHarness() { std::filesystem::create_directories(SettingsFolder()); }
+
   ProcessResult Run(const std::vector<std::string>& arguments, const std::string& input = "") {
     std::vector<std::string> all = {"--appdata",    folder_.Utf8("Roaming"),
                                     "--local-appdata", folder_.Utf8("Local"),
