@@ -65,12 +65,6 @@ uint32_t ChoiceWordId(SiteChoice choice) {
 }
 
 uint32_t ChoiceItemId(SiteChoice choice) {
-  switch (choice) {
-    case kChoiceAllow:
-      return 11102;
-    case kChoiceBlock:
-      return 11100;
-    default:
-      return 11103;
-  }
+  // Only "Ask" has a longer text in the choice lists.
+  return choice == kChoiceAllow || choice == kChoiceBlock ? ChoiceWordId(choice) : 11103;
 }

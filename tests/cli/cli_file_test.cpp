@@ -10,12 +10,6 @@ namespace {
 
 using nlohmann::json;
 
-// Text output of the Windows build has CR LF line ends.
-std::string Lines(std::string text) {
-  std::erase(text, '\r');
-  return text;
-}
-
 std::string U16(size_t value) {
   return {static_cast<char>(value >> 8), static_cast<char>(value & 0xFF)};
 }

@@ -6,6 +6,12 @@
 #include "support/process_runner.h"
 #include "support/temp_folder.h"
 
+// Text output of the Windows build has CR LF line ends.
+inline std::string Lines(std::string text) {
+  std::erase(text, '\r');
+  return text;
+}
+
 // A throwaway profile (roaming, local and 32-bit system folders) and the built tool.
 class CliHarness {
  public:

@@ -9,11 +9,6 @@ namespace {
 
 using nlohmann::json;
 
-std::string Lines(std::string text) {
-  std::erase(text, '\r');
-  return text;
-}
-
 json Json(const ProcessResult& result) {
   EXPECT_EQ(result.exitCode, 0) << result.err;
   return json::parse(result.out);
