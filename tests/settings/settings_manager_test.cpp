@@ -11,6 +11,7 @@
 #include "support/fake_system.h"
 #include "support/native_platform.h"
 #include "support/temp_folder.h"
+#include "support/test_profile.h"
 
 using namespace settings_bytes;
 namespace fs = std::filesystem;
@@ -19,31 +20,7 @@ namespace {
 
 const std::string kMaster = SMSettingsManager::MasterDomain();
 
-// A user profile in a temporary folder whose player data root exists, as the player leaves it.
-struct Profile {
-  TempFolder temp;
-  FakeSystem system;
-  std::unique_ptr<SMPlatformServices> platform;
-  fs::path dataRoot;
-
-  Profile() {
-    system.roamingAppData = temp.Utf8("Roaming");
-    system.localAppData = temp.Utf8("Local");
-    system.systemWow64 = temp.Utf8("syswow64");
-    system.systemDirectory = temp.Utf8("system32");
-    platform = MakeNativePlatform(system);
-    dataRoot = PathFromUtf8(platform->PlayerDataRoot());
-    fs::create_directories(dataRoot);
-  }
-  fs::path SettingsFolder() const {
-    return dataRoot / "tessaline.com" / "support" / "vantrelplayer" / "sys";
-  }
-  fs::path MasterFile() const { return SettingsFolder() / "settings.sol"; }
-  fs::path SiteFile(const std::string& site) const {
-    return SettingsFolder() / PathFromUtf8("#" + site) / "settings.sol";
-  }
-  fs::path SharedObjects() const { return dataRoot / "#SharedObjects"; }
-};
+using Profile = TestProfile;
 
 // The master file of a first run: the ten global defaults and an empty "domains", in the
 // player's table order (buckets 1, 1, 3, 4, 4, 6, 8, 10, 11, 11, 15; the later-added name of a
