@@ -25,6 +25,22 @@ class SMUserLanguageStringTable : public SMStringTable {
   int cachedLanguage_ = -1;
 };
 
+// Held to one column, whatever the user's language: for showing every page in every language.
+class SMFixedLanguageStringTable : public SMStringTable {
+ public:
+  explicit SMFixedLanguageStringTable(int languageIndex) : languageIndex_(languageIndex) {}
+  int GetLanguageIndex() override { return languageIndex_; }
+
+ private:
+  int languageIndex_;
+};
+
+// The column of the text matrix for a GetUserDefaultUILanguage value; 0 (English) when the
+// language has no column of its own.
+int StringTableLanguageFor(uint16_t languageId);
+
 // Primary language 1 (Arabic) or 13 (Hebrew): pages and message boxes are right to left.
 bool IsRightToLeftLanguage(uint16_t languageId);
 bool IsRightToLeftUser(SMSystem& system);
+// The same decision for a column of the text matrix (23 Arabic, 24 Hebrew).
+bool IsRightToLeftLanguageIndex(int languageIndex);

@@ -18,9 +18,11 @@ void Log(const char* message) {
   std::fputs(message, stderr);
 }
 
+}  // namespace
+
 // The global keys and the defaults written when one is missing, in the order they are added:
 // the order decides where each lands in the master file.
-const std::vector<SettingValue>& GlobalDefaults() {
+const std::vector<SettingValue>& SMSettingsManager::GlobalDefaults() {
   static const std::vector<SettingValue> defaults = {
       SettingValue::Boolean("defaultalways", false),
       SettingValue::Boolean("crossdomainAlways", true),
@@ -36,7 +38,11 @@ const std::vector<SettingValue>& GlobalDefaults() {
   return defaults;
 }
 
-}  // namespace
+
+std::string SMSettingsManager::SettingsFolderIn(SMPlatformServices& platform) {
+  return platform.PlayerDataRoot() + platform.PathSeparator() +
+         NativeRelativePath("tessaline.com\\support\\vantrelplayer\\sys");
+}
 
 SMSettingsManager::SMSettingsManager(SMPlatformServices& platform) : platform_(platform) {
   const std::string separator = platform_.PathSeparator();
@@ -45,8 +51,7 @@ SMSettingsManager::SMSettingsManager(SMPlatformServices& platform) : platform_(p
   // The player names the sub-folder of its stored data; this program only follows it.
   std::optional<std::vector<std::string>> entries = platform_.ListEntries(storedDataFolder_);
   if (entries && !entries->empty()) storedDataFolder_ += separator + entries->front();
-  settingsFolder_ =
-      dataRoot_ + separator + NativeRelativePath("tessaline.com\\support\\vantrelplayer\\sys");
+  settingsFolder_ = SettingsFolderIn(platform_);
 #ifdef _WIN32
   appContainerFolder_ = storedDataFolder_ + separator + "#AppContainer";
 #endif

@@ -23,6 +23,10 @@ class SMSettingsManager {
   virtual bool RemoveSiteStoredData(const std::string& site);
 
   static const std::string& MasterDomain();  // "___MASTER_DOMAIN"
+  // The global keys with the defaults written when one is missing, in the order they are added.
+  static const std::vector<SettingValue>& GlobalDefaults();
+  // Where the settings files of the player's data root are kept.
+  static std::string SettingsFolderIn(SMPlatformServices& platform);
 
   bool LoadMasterSettings();
   // The cached table of a domain; an absent or unreadable file is replaced by an empty one.

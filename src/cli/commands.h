@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "cli/cli_context.h"
+
+// Exit statuses of every command.
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitFailed = 1;
+inline constexpr int kExitUsage = 2;
+
+// Prints "vpsettings: <message>" on stderr and returns status.
+int Fail(int status, const std::string& message);
+
+int RunDump(CliContext& context, const std::string& file);
+int RunEncode(CliContext& context, const std::string& file);
+int RunPaths(CliContext& context);
+int RunShow(CliContext& context);
+int RunSet(CliContext& context, const std::string& name, const std::string& value,
+           const std::string& type);
+int RunSites(CliContext& context);
+int RunSite(CliContext& context, const std::string& site, const std::string& permission,
+            const std::string& choice);
+int RunRemoveSite(CliContext& context, const std::string& site, bool keepSettings);
+int RunClear(CliContext& context, bool licences);
+int RunTrusted(CliContext& context, const std::string& action, const std::string& location);
+int RunStrings(CliContext& context, const std::string& languageId);
+int RunAdmin(CliContext& context, const std::string& action, const std::string& key,
+             const std::string& value);

@@ -1,0 +1,182 @@
+// dump and encode, run as a separate process on files made here byte by byte.
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <nlohmann/json.hpp>
+
+#include "cli_harness.h"
+
+namespace {
+
+using nlohmann::json;
+
+std::string U16(size_t value) {
+  return {static_cast<char>(value >> 8), static_cast<char>(value & 0xFF)};
+}
+std::string PString(const std::string& text) { return U16(text.size()) + text; }
+std::string Double(double number) {
+  uint64_t bits = std::bit_cast<uint64_t>(number);
+  std::string bytes;
+  for (int shift = 56; shift >= 0; shift -= 8) bytes.push_back(static_cast<char>(bits >> shift));
+  return bytes;
+}
+
+// A settings.sol stream put together by hand, pairs in the order given.
+std::string Stream(const std::string& objectName, const std::string& pairs) {
+  std::string body = std::string("TCSO\0\x04\0\0\0\0", 10) + PString(objectName) +
+                     std::string(4, '\0') + pairs;
+  if (body.size() < 63) return std::string(1, '\0') + static_cast<char>(0x80 + body.size()) + body;
+  return std::string("\0\xBF", 2) + U16(body.size() >> 16) + U16(body.size() & 0xFFFF) + body;
+}
+
+// Names whose buckets (byte sums modulo 16) are 1, 2, 3, 4: the table keeps this order.
+const std::string kPairs =
+    PString("a") + '\0' + Double(1.5) + '\0' +                      //
+    PString("b") + '\1' + '\1' + '\0' +                             //
+    PString("c") + '\2' + PString("h\xC3\xA9") + '\0' +             //
+    PString("d") + '\3' +                                           //
+    PString("x") + '\0' + Double(100) + PString("y") + '\1' + '\0' +  //
+    PString("z") + '\2' + PString("s") + U16(0) + '\x09' + '\0';
+
+class CliFiles : public ::testing::Test {
+ protected:
+  std::string Write(const std::string& name, const std::string& bytes) {
+    WriteFileBytes(cli_.folder().path() / name, bytes);
+    return cli_.folder().Utf8(name);
+  }
+  CliHarness cli_;
+};
+
+}  // namespace
+
+TEST_F(CliFiles, DumpShowsPairsInFileOrderAsTextAndJson) {
+  std::string file = Write("site.sol", Stream("example.com/settings", kPairs));
+  ProcessResult text = cli_.RunBare({"dump", file});
+  EXPECT_EQ(text.exitCode, 0) << text.err;
+  EXPECT_EQ(Lines(text.out),
+            "example.com/settings\n"
+            "a\tnumber\t1.5\n"
+            "b\tboolean\ttrue\n"
+            "c\tstring\th\xC3\xA9\n"
+            "d\tarray\t[{\"name\":\"x\",\"type\":\"number\",\"value\":100},"
+            "{\"name\":\"y\",\"type\":\"boolean\",\"value\":false},"
+            "{\"name\":\"z\",\"type\":\"string\",\"value\":\"s\"}]\n");
+
+  ProcessResult asJson = cli_.RunBare({"--json", "dump", file});
+  ASSERT_EQ(asJson.exitCode, 0) << asJson.err;
+  json expected = json::parse(R"({"name": "example.com/settings", "pairs": [
+      {"name": "a", "type": "number", "value": 1.5},
+      {"name": "b", "type": "boolean", "value": true},
+      {"name": "c", "type": "string", "value": "h\u00e9"},
+      {"name": "d", "type": "array", "value": [
+          {"name": "x", "type": "number", "value": 100},
+          {"name": "y", "type": "boolean", "value": false},
+          {"name": "z", "type": "string", "value": "s"}]}]})");
+  EXPECT_EQ(json::parse(asJson.out), expected);
+}
+
+TEST_F(CliFiles, DumpThenEncodeGivesBackTheSameBytes) {
+  const std::string kept = PString("e") + '\3' + PString("x") + '\0' + Double(1) + PString("u") +
+                           '\x07' + U16(0) + '\x09' + '\0';
+  struct Case {
+    const char* what;
+    std::string bytes;
+  };
+  const Case cases[] = {
+      {"every type", Stream("example.com/settings", kPairs)},
+      {"empty master", Stream("settings", "")},
+      {"special numbers",
+       // "q" shares bucket 1 with "a"; a table written by the player holds the newer name first.
+       Stream("settings", PString("a") + '\0' + Double(-0.0) + '\0' + PString("q") + '\0' +
+                              Double(1e300) + '\0' + PString("b") + '\0' +
+                              Double(std::bit_cast<double>(0x7FF8000000000000ULL)) + '\0' +
+                              PString("c") + '\0' + Double(-INFINITY) + '\0' + PString("d") +
+                              '\0' + Double(0.1) + '\0')},
+      {"kept element of unknown type", Stream("settings", kept)},
+      {"long header", Stream("settings", PString("a") + '\2' + PString(std::string(300, 'v')) + '\0')},
+  };
+  for (const Case& c : cases) {
+    std::string file = Write("in.sol", c.bytes);
+    ProcessResult dumped = cli_.RunBare({"--json", "dump", file});
+    ASSERT_EQ(dumped.exitCode, 0) << c.what << ": " << dumped.err;
+    ProcessResult encoded = cli_.RunBare({"encode"}, dumped.out);
+    EXPECT_EQ(encoded.exitCode, 0) << c.what << ": " << encoded.err;
+    EXPECT_EQ(encoded.out, c.bytes) << c.what;
+  }
+}
+
+TEST_F(CliFiles, EncodeOrdersPairsByTheTableAndReadsFiles) {
+  // "a" (bucket 1) comes out before "d" (bucket 4), whatever the order of the JSON.
+  std::string jsonText = R"({"name": "settings", "pairs": [
+      {"name": "d", "type": "boolean", "value": true},
+      {"name": "a", "type": "number", "value": "NaN"}]})";
+  ProcessResult encoded = cli_.RunBare({"encode", Write("in.json", jsonText)});
+  ASSERT_EQ(encoded.exitCode, 0) << encoded.err;
+  EXPECT_EQ(encoded.out, Stream("settings", PString("a") + '\0' +
+                                                Double(std::bit_cast<double>(0x7FF8000000000000ULL)) +
+                                                '\0' + PString("d") + '\1' + '\1' + '\0'));
+}
+
+TEST_F(CliFiles, BadInputFailsWithAMessageAndNoOutput) {
+  struct Case {
+    std::vector<std::string> arguments;
+    std::string input;
+    int exitCode;
+    std::string errContains;
+  };
+  std::string missing = cli_.folder().Utf8("missing.sol");
+  std::string badEnd = Write("bad.sol", Stream("settings", PString("a") + '\1' + '\1' + '\x05'));
+  std::string badMagic = Write("magic.sol", std::string("\0\x8AXXXX\0\x04\0\0\0\0", 12));
+  const Case cases[] = {
+      {{"dump", missing}, "", 1, missing},
+      {{"dump", badEnd}, "", 1, badEnd},
+      {{"dump", badMagic}, "", 1, badMagic},
+      {{"encode"}, "{\"name\": ", 1, "byte"},
+      {{"encode"}, "[1, 2]", 1, "/"},
+      {{"encode"}, R"({"name": "s", "pairs": [{"name": "a", "type": "number", "value": "x"}]})", 1,
+       "/pairs/0/value"},
+      {{"encode"}, R"({"name": "s", "pairs": [{"name": "a", "type": "colour", "value": 1}]})", 1,
+       "/pairs/0/type"},
+      {{"encode"},
+       R"({"name": "s", "pairs": [{"name": "a", "type": "array", "value": [{"name": "b", "type": "array", "value": []}]}]})",
+       1, "/pairs/0/value/0/type"},
+      {{"encode"}, R"({"name": "s", "pairs": [{"name": 3, "type": "boolean", "value": true}]})", 1,
+       "/pairs/0/name"},
+      {{"dump"}, "", 2, "FILE"},
+      {{"frobnicate"}, "", 2, "frobnicate"},
+      {{"--json", "frobnicate"}, "", 2, "frobnicate"},
+#ifndef _WIN32
+      // Off Windows there are no default folders (on Windows they are the real profile's).
+      {{"set", "x", "1"}, "", 2, "--appdata"},
+#endif
+  };
+  for (const Case& c : cases) {
+    ProcessResult result = cli_.RunBare(c.arguments, c.input);
+    EXPECT_EQ(result.exitCode, c.exitCode) << c.arguments[0] << " " << c.input;
+    EXPECT_EQ(result.out, "") << c.arguments[0] << " " << c.input;
+    EXPECT_NE(result.err.find(c.errContains), std::string::npos) << result.err;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+  }
+}
+
+TEST_F(CliFiles, ReaderDiagnosticsReachStderrUnchanged) {
+  const std::string kept = PString("e") + '\3' + PString("x") + '\1' + '\1' + PString("u") +
+                           '\x07' + U16(0) + '\x09' + '\0';
+  ProcessResult result = cli_.RunBare({"dump", Write("kept.sol", Stream("settings", kept))});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(Lines(result.err),
+            "SMSettingsReader: Unexpected data-type encountered when parsing array; IGNORING "
+            "VALUE.\n");
+  EXPECT_EQ(Lines(result.out),
+            "settings\ne\tarray\t[{\"name\":\"x\",\"type\":\"boolean\",\"value\":true},"
+            "{\"name\":\"u\",\"type\":7}]\n");
+}
+
+TEST_F(CliFiles, HelpIsShownForEveryCommand) {
+  for (const char* command : {"dump", "encode", "paths", "show", "set", "sites", "site",
+                              "remove-site", "clear", "trusted", "strings", "admin"}) {
+    ProcessResult result = cli_.RunBare({command, "--help"});
+    EXPECT_EQ(result.exitCode, 0) << command;
+    EXPECT_NE(result.out.find(command), std::string::npos) << command << ": " << result.out;
+  }
+}

@@ -1,0 +1,178 @@
+#include "l10n/string_table.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <set>
+#include <string>
+
+#include "l10n/string_data.h"
+#include "support/fake_system.h"
+
+namespace {
+
+// Well-formed UTF-8 without overlong forms or surrogates: the program converts every text with
+// MultiByteToWideChar, which would turn a broken byte sequence into replacement characters.
+bool IsValidUtf8(const char* text) {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text);
+  while (*bytes != 0) {
+    const unsigned lead = *bytes;
+    int extra = 0;
+    uint32_t codePoint = 0;
+    if (lead < 0x80) {
+      codePoint = lead;
+    } else if ((lead & 0xE0) == 0xC0) {
+      extra = 1;
+      codePoint = lead & 0x1F;
+    } else if ((lead & 0xF0) == 0xE0) {
+      extra = 2;
+      codePoint = lead & 0x0F;
+    } else if ((lead & 0xF8) == 0xF0) {
+      extra = 3;
+      codePoint = lead & 0x07;
+    } else {
+      return false;
+    }
+    for (int index = 1; index <= extra; ++index) {
+      if ((bytes[index] & 0xC0) != 0x80) return false;
+      codePoint = (codePoint << 6) | (bytes[index] & 0x3F);
+    }
+    const uint32_t smallest[] = {0, 0x80, 0x800, 0x10000};
+    if (codePoint < smallest[extra] || codePoint > 0x10FFFF) return false;
+    if (codePoint >= 0xD800 && codePoint <= 0xDFFF) return false;
+    bytes += extra + 1;
+  }
+  return true;
+}
+
+TEST(StringTableTest, LooksUpKnownIdsOnly) {
+  const std::pair<uint32_t, const char*> cases[] = {
+      {11000, "OK"},     {103004, "Version information is not available."},
+      {0, nullptr},      {10999, nullptr},
+      {11018, nullptr},  {103005, nullptr},
+      {200000, nullptr}, {0xFFFFFFFFu, nullptr},
+  };
+  SMFixedLanguageStringTable table(0);
+  for (const auto& [id, expected] : cases) {
+    const char* text = table.GetString(id);
+    if (expected == nullptr) {
+      EXPECT_EQ(text, nullptr) << id;
+    } else {
+      EXPECT_STREQ(text, expected) << id;
+    }
+  }
+}
+
+// Every position of the index is reachable, and no id between two neighbours matches: a search
+// that is off by one, stops early or reads past the ends fails here for some position.
+TEST(StringTableTest, FindsEveryIdInEveryLanguageAndNothingBetweenThem) {
+  std::set<uint32_t> ids;
+  for (int position = 0; position < kStringCount; ++position) ids.insert(kStringIndex[position].id);
+  ASSERT_EQ(ids.size(), static_cast<size_t>(kStringCount)) << "ids must be distinct";
+
+  for (int language = 0; language < kStringLanguageCount; ++language) {
+    SMFixedLanguageStringTable table(language);
+    for (uint32_t id : ids) {
+      const char* text = table.GetString(id);
+      ASSERT_NE(text, nullptr) << "id " << id << " language " << language;
+      EXPECT_GT(std::strlen(text), 0u) << "id " << id << " language " << language;
+      EXPECT_TRUE(IsValidUtf8(text)) << "id " << id << " language " << language;
+      for (uint32_t neighbour : {id - 1, id + 1}) {
+        if (ids.count(neighbour) == 0) {
+          EXPECT_EQ(table.GetString(neighbour), nullptr) << neighbour;
+        }
+      }
+    }
+  }
+}
+
+TEST(StringTableTest, ReadsTheColumnOfItsLanguage) {
+  SMFixedLanguageStringTable english(0);
+  SMFixedLanguageStringTable british(22);
+  EXPECT_STREQ(english.GetString(11008), "Deauthorize");
+  EXPECT_STREQ(british.GetString(11008), "Deauthorise");
+  EXPECT_STREQ(british.GetString(21202), "%llu KB");
+  EXPECT_NE(std::string(british.GetString(11502)).find("licence files"), std::string::npos);
+  // Addresses are the same in every column.
+  EXPECT_STREQ(british.GetString(13009), "https://www.brinmor.com/go/vantrel-player-updates");
+  // A column outside the matrix reads English rather than memory past it.
+  EXPECT_STREQ(SMFixedLanguageStringTable(36).GetString(11008), "Deauthorize");
+  EXPECT_STREQ(SMFixedLanguageStringTable(-1).GetString(11008), "Deauthorize");
+}
+
+TEST(StringTableTest, ChoosesTheColumnFromTheInterfaceLanguage) {
+  struct Case {
+    uint16_t languageId;
+    int column;
+  };
+  // English: only the United Kingdom has its own column. Chinese: Taiwan, Hong Kong and Macao
+  // traditional; PRC, Singapore and others simplified. Portuguese: Brazil, then every other
+  // country. Croatian, Serbian and Bosnian share a primary id; only Serbian Latin has its own
+  // column. Other languages: any sub-language; without a column of their own, English.
+  const Case cases[] = {
+      {0x0409, 0},  {0x0809, 22}, {0x0C09, 0},  {0x1009, 0},  {0x0009, 0},  {0x0404, 15},
+      {0x0804, 14}, {0x0C04, 15}, {0x1004, 14}, {0x1404, 15}, {0x7C04, 14}, {0x0416, 10},
+      {0x0816, 17}, {0x0016, 17}, {0x041A, 29}, {0x081A, 35}, {0x241A, 35}, {0x0C1A, 29},
+      {0x101A, 29}, {0x141A, 29}, {0x1C1A, 29}, {0x281A, 29}, {0x0401, 23}, {0x0C01, 23},
+      {0x0402, 26}, {0x0405, 1},  {0x0406, 16}, {0x0407, 2},  {0x0807, 2},  {0x0408, 20},
+      {0x040A, 3},  {0x580A, 3},  {0x040B, 21}, {0x040C, 4},  {0x0C0C, 4},  {0x040D, 24},
+      {0x040E, 19}, {0x0410, 5},  {0x0411, 6},  {0x0412, 7},  {0x0413, 8},  {0x0414, 18},
+      {0x0814, 18}, {0x0415, 9},  {0x0418, 28}, {0x0419, 11}, {0x041B, 25}, {0x041D, 12},
+      {0x041E, 33}, {0x041F, 13}, {0x0422, 30}, {0x0424, 27}, {0x0425, 34}, {0x0426, 31},
+      {0x0427, 32}, {0x0439, 0},  {0x0421, 0},  {0x0400, 0},  {0x0000, 0},  {0x0429, 0},
+      {0x0403, 0},  {0x040F, 0},  {0x0417, 0},  {0x041C, 0},  {0x0420, 0},  {0x0423, 0},
+      {0x0428, 0},  {0x03FF, 0},  {0xFFFF, 0},
+  };
+  for (const Case& expected : cases) {
+    FakeSystem system;
+    system.uiLanguages = {expected.languageId};
+    SMUserLanguageStringTable table(system);
+    EXPECT_EQ(table.GetLanguageIndex(), expected.column) << std::hex << expected.languageId;
+    EXPECT_EQ(StringTableLanguageFor(expected.languageId), expected.column)
+        << std::hex << expected.languageId;
+  }
+}
+
+TEST(StringTableTest, KeepsTheFirstLanguageForTheLifeOfTheTable) {
+  FakeSystem system;
+  system.uiLanguages = {0x0809, 0x0407, 0x0401};
+  SMUserLanguageStringTable table(system);
+
+  EXPECT_EQ(table.GetString(10999), nullptr);
+  EXPECT_EQ(system.uiLanguageQueries, 0) << "an unknown id must not ask for the language";
+
+  EXPECT_STREQ(table.GetString(11008), "Deauthorise");
+  EXPECT_STREQ(table.GetString(11008), "Deauthorise");
+  EXPECT_EQ(table.GetLanguageIndex(), 22);
+  EXPECT_STREQ(table.GetString(21202), "%llu KB");
+  EXPECT_EQ(system.uiLanguageQueries, 1);
+}
+
+TEST(StringTableTest, RightToLeftForArabicAndHebrewOnly) {
+  struct Case {
+    uint16_t languageId;
+    bool rightToLeft;
+  };
+  const Case cases[] = {
+      {0x0401, true},  {0x0C01, true},  {0x3801, true},  {0x040D, true},  {0xFC0D, true},
+      {0x0001, true},  {0x0409, false}, {0x0000, false}, {0x0429, false}, {0x0420, false},
+      {0x0501, false}, {0x040E, false}, {0x0C0D, true},  {0x0201, false}, {0x041A, false},
+  };
+  for (const Case& expected : cases) {
+    EXPECT_EQ(IsRightToLeftLanguage(expected.languageId), expected.rightToLeft)
+        << std::hex << expected.languageId;
+    EXPECT_EQ(IsRightToLeftLanguageIndex(StringTableLanguageFor(expected.languageId)),
+              expected.rightToLeft)
+        << std::hex << expected.languageId;
+  }
+
+  // Asked afresh each time, unlike the table's language.
+  FakeSystem system;
+  system.uiLanguages = {0x040D, 0x0409, 0x0401};
+  EXPECT_TRUE(IsRightToLeftUser(system));
+  EXPECT_FALSE(IsRightToLeftUser(system));
+  EXPECT_TRUE(IsRightToLeftUser(system));
+  EXPECT_EQ(system.uiLanguageQueries, 3);
+}
+
+}  // namespace

@@ -1,0 +1,129 @@
+#!/usr/bin/env python3
+"""Checks the translations in src/l10n/strings.tsv.
+
+usage: check_strings.py strings.tsv
+
+Every problem is printed as "id N [language]: what is wrong"; the exit status is 1 when there is
+any. The checks: every cell holds a text; a translation has exactly the printf placeholders of
+its English text, in the same order; addresses are the same in every language; the names and
+file names that are never translated are kept; an ellipsis stays an ellipsis; a language keeps
+no more than a tenth of its texts in English; languages with their own script use it.
+"""
+
+import os
+import re
+import sys
+import unicodedata
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import l10n_strings  # noqa: E402
+from l10n_strings import LANGUAGES  # noqa: E402
+
+ENGLISH = "en-US"
+ENGLISH_COLUMNS = {"en-US", "en-GB"}
+MAX_UNTRANSLATED_SHARE = 0.10
+
+PLACEHOLDER = re.compile(r"%(?:%|[-+ #0]*(?:\d+|\*)?(?:\.(?:\d+|\*))?"
+                         r"(?:hh|h|ll|l|j|z|t|L|I64)?[diouxXeEfFgGaAcspn])")
+
+# Kept as they are in every language whenever the English text has them.
+KEPT_NAMES = ["Vantrel Player", "Brinmor", "Tessaline", "tss.cfg", "HTTPS", "ActiveX", "NPAPI",
+              "PPAPI", "*.vtm", "VTM", "(*.*)", "www.example.com", "Google Chrome", "Chromium"]
+
+# Unicode script words (from character names) that a language's texts must be written in.
+SCRIPTS = {
+    "ar": ("ARABIC",), "he": ("HEBREW",), "ru": ("CYRILLIC",), "uk": ("CYRILLIC",),
+    "bg": ("CYRILLIC",), "el": ("GREEK",), "th": ("THAI",), "ko": ("HANGUL",),
+    "ja": ("HIRAGANA", "KATAKANA", "CJK"), "zh-CN": ("CJK",), "zh-TW": ("CJK",),
+}
+
+
+def is_address(english):
+    return english.startswith(("http://", "https://"))
+
+
+def script_letters(text, scripts):
+    """Letters of the text in one of the scripts, and Latin letters outside the kept names."""
+    for name in KEPT_NAMES:
+        text = text.replace(name, "")
+    text = PLACEHOLDER.sub("", text)
+    own = latin = 0
+    for char in text:
+        if not char.isalpha():
+            continue
+        name = unicodedata.name(char, "")
+        if name.startswith(scripts):
+            own += 1
+        elif name.startswith("LATIN"):
+            latin += 1
+    return own, latin
+
+
+def check_cell(row, language, text, english):
+    problems = []
+    where = f"id {row.id} [{language}]"
+    if not text.strip():
+        return [f"{where}: empty text"]
+    if PLACEHOLDER.findall(text) != PLACEHOLDER.findall(english):
+        problems.append(f"{where}: placeholders {PLACEHOLDER.findall(text)} differ from the "
+                        f"English {PLACEHOLDER.findall(english)}")
+    if is_address(english):
+        if text != english:
+            problems.append(f"{where}: address '{text}' differs from '{english}'")
+        return problems
+    for name in KEPT_NAMES:
+        if name in english and name not in text:
+            problems.append(f"{where}: '{name}' must be kept as it is")
+    if "..." in text:
+        problems.append(f"{where}: three dots instead of the ellipsis character …")
+    elif "…" in english and "…" not in text:
+        problems.append(f"{where}: the ellipsis … of the English text is missing")
+    if language in SCRIPTS and text != english:
+        own, latin = script_letters(text, SCRIPTS[language])
+        if own == 0 or latin > own:
+            problems.append(f"{where}: not written in the {'/'.join(SCRIPTS[language])} script")
+    return problems
+
+
+def check_untranslated(rows, language):
+    column = LANGUAGES.index(language)
+    english = LANGUAGES.index(ENGLISH)
+    texts = [row for row in rows if not is_address(row.texts[english])]
+    same = [row.id for row in texts if row.texts[column] == row.texts[english]]
+    if len(same) > MAX_UNTRANSLATED_SHARE * len(texts):
+        listed = ", ".join(str(string_id) for string_id in same)
+        return [f"[{language}]: {len(same)} of {len(texts)} texts are the English ones "
+                f"(at most {int(MAX_UNTRANSLATED_SHARE * 100)}%): ids {listed}"]
+    return []
+
+
+def check(rows):
+    problems = []
+    english = LANGUAGES.index(ENGLISH)
+    for row in rows:
+        for language, text in zip(LANGUAGES, row.texts):
+            problems += check_cell(row, language, text, row.texts[english])
+    for language in LANGUAGES:
+        if language not in ENGLISH_COLUMNS:
+            problems += check_untranslated(rows, language)
+    return problems
+
+
+def main(arguments):
+    if len(arguments) != 2:
+        print(__doc__, file=sys.stderr)
+        return 2
+    try:
+        rows = l10n_strings.read(arguments[1])
+    except (l10n_strings.TableError, UnicodeDecodeError) as error:
+        print(f"error: {error}", file=sys.stderr)
+        return 1
+    problems = check(rows)
+    for problem in problems:
+        print(problem)
+    print(f"{len(rows)} ids in {len(LANGUAGES)} languages: {len(problems)} problems")
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv))
