@@ -3,14 +3,25 @@
 #include <chrono>
 #include <thread>
 
+#include "l10n/string_table.h"
+#include "platform/win32/utf16.h"
+#include "platform/win32/win32_system.h"
+
 namespace {
 
-constexpr wchar_t kSheetCaption[] = L"Vantrel Player Settings Manager";
+// The sheet's caption in the language the program will pick: the driver's own.
+std::wstring SheetCaption() {
+  Win32System system;
+  SMUserLanguageStringTable strings(system);
+  const char* caption = strings.GetString(12000);
+  return caption != nullptr ? ToUtf16(caption).value_or(L"") : L"";
+}
 constexpr auto kAppearTimeout = std::chrono::seconds(20);
 constexpr DWORD kCloseTimeoutMs = 5000;
 
 struct SheetSearch {
   DWORD processId;
+  std::wstring caption;
   HWND found;
 };
 
@@ -21,7 +32,7 @@ BOOL CALLBACK FindSheetOfProcess(HWND window, LPARAM parameter) {
   wchar_t className[16] = {};
   GetClassNameW(window, className, 16);
   if (owner == search->processId && wcscmp(className, L"#32770") == 0 &&
-      WindowText(window) == kSheetCaption && IsWindowVisible(window)) {
+      WindowText(window) == search->caption && IsWindowVisible(window)) {
     search->found = window;
     return FALSE;
   }
@@ -66,9 +77,10 @@ bool AppUnderTest::Start(const std::wstring& arguments, std::string* reason) {
     *reason = "CreateProcess failed with error " + std::to_string(GetLastError());
     return false;
   }
+  const std::wstring caption = SheetCaption();
   auto deadline = std::chrono::steady_clock::now() + kAppearTimeout;
   while (std::chrono::steady_clock::now() < deadline) {
-    SheetSearch search{process_.dwProcessId, nullptr};
+    SheetSearch search{process_.dwProcessId, caption, nullptr};
     EnumWindows(&FindSheetOfProcess, reinterpret_cast<LPARAM>(&search));
     if (search.found != nullptr) {
       sheet_ = search.found;
