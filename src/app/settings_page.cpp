@@ -37,6 +37,7 @@ bool SettingsPage::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
       FitDialogToTexts(window_);
       RefreshFromSettings();
       AfterInit();
+      justInitialised_ = true;
       result = TRUE;
       return true;
     case WM_COMMAND:
@@ -76,7 +77,8 @@ bool SettingsPage::OnNotify(const NMHDR& header, LRESULT& result) {
   if (header.hwndFrom != window_ && header.hwndFrom != GetParent(window_)) return false;
   switch (header.code) {
     case PSN_SETACTIVE:
-      RefreshFromSettings();
+      if (!justInitialised_) RefreshFromSettings();
+      justInitialised_ = false;
       result = 0;
       return true;
     case PSN_KILLACTIVE:

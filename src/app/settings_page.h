@@ -45,6 +45,9 @@ class SettingsPage : public SMDialogObject {
   bool OnNotify(const NMHDR& header, LRESULT& result);
   static UINT CALLBACK PageCallback(HWND window, UINT message, PROPSHEETPAGEW* page);
 
+  // The activation that follows a page's creation finds the values its initialisation just
+  // showed (with any administrator lock applied on top), so it is not refreshed again.
+  bool justInitialised_ = false;
   PROPSHEETPAGEW descriptor_{};
   std::wstring title_;
 };

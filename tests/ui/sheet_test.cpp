@@ -225,6 +225,43 @@ TEST_F(SheetTest, StorageShowsAskForALimitOfZeroAndAllowForAnyOtherValue) {
   EXPECT_TRUE(IsChecked(app.CurrentPage(), IDC_STORAGE_ALLOW));
 }
 
+TEST_F(SheetTest, AdministratorLocksCameraAndMicOnBlockWithoutChangingTheSetting) {
+  ASSERT_TRUE(profile.WriteAdminConfig("AVHardwareDisable=1\r\n"));
+  Launch(L"startupdialog=cammic");
+  HWND camera = app.CurrentPage();
+  EXPECT_TRUE(IsChecked(camera, IDC_CAMERA_MIC_BLOCK));
+  for (int id :
+       {IDC_CAMERA_MIC_HEADING, IDC_CAMERA_MIC_ASK, IDC_CAMERA_MIC_BLOCK, IDC_CAMERA_MIC_BY_SITE}) {
+    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(camera, id))) << id;
+  }
+  // The lock is shown at start only; a return to the tab shows the stored Ask, still locked.
+  app.SelectTab(0);
+  camera = app.SelectTab(1);
+  EXPECT_TRUE(IsChecked(camera, IDC_CAMERA_MIC_ASK));
+  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(camera, IDC_CAMERA_MIC_ASK)));
+}
+
+TEST_F(SheetTest, UpdatesPageOnlyInformsInChromeMode) {
+  profile.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");
+  ASSERT_TRUE(profile.WriteAdminConfig("AutoUpdateDisable=1\r\n"));
+  Launch(L"startupdialog=advanced");
+  HWND updates = app.CurrentPage();
+  EXPECT_TRUE(IsChecked(updates, IDC_UPDATES_NEVER));
+  EXPECT_TRUE(IsWindowEnabled(GetDlgItem(updates, IDC_UPDATES_CHECK_NOW)));
+
+  Relaunch(L"startupdialog=advanced mode=chrome");
+  updates = app.CurrentPage();
+  EXPECT_TRUE(IsChecked(updates, IDC_UPDATES_NEVER));
+  for (int id : {IDC_UPDATES_AUTOMATIC, IDC_UPDATES_NOTIFY, IDC_UPDATES_NEVER, IDC_UPDATES_HEADING,
+                 IDC_UPDATES_EXPLANATION, IDC_UPDATES_CHECK_NOW, IDC_NPAPI_VERSION_LABEL,
+                 IDC_NPAPI_VERSION}) {
+    HWND control = GetDlgItem(updates, id);
+    EXPECT_FALSE(IsWindowEnabled(control)) << id;
+    EXPECT_TRUE(IsWindowVisible(control)) << id;
+  }
+  EXPECT_FALSE(IsWindowVisible(GetDlgItem(updates, IDC_UPDATES_CHANGE)));
+}
+
 // Run by its own ctest entry with a Hebrew locale for the driver and the program it starts.
 TEST_F(SheetTest, RightToLeftLanguageMirrorsTheSheetItsTabsAndEveryPage) {
   ASSERT_TRUE(IsRightToLeftLanguage(GetUserDefaultUILanguage()))

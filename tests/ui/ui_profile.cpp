@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <cstdio>
+
+#include "platform/file_io.h"
 #include "platform/win32/utf16.h"
 
 namespace {
@@ -25,6 +28,20 @@ void UiProfile::Clear() {
     RegDeleteKeyExW(HKEY_LOCAL_MACHINE, KeyOf(kind).c_str(), KEY_WOW64_32KEY, 0);
   }
   platform_->DeleteTree(platform_->PlayerDataRoot());
+  DeleteFileW(ToUtf16(AdminConfigFilePath(system_)).value_or(L"").c_str());
+}
+
+bool UiProfile::WriteAdminConfig(const std::string& contents) {
+  const std::string& path = AdminConfigFilePath(system_);
+  std::string folder = path.substr(0, path.rfind('\\'));
+  std::string parent = folder.substr(0, folder.rfind('\\'));
+  platform_->CreateFolder(parent.substr(0, parent.rfind('\\')),
+                          parent.substr(parent.rfind('\\') + 1));
+  platform_->CreateFolder(parent, folder.substr(folder.rfind('\\') + 1));
+  std::FILE* file = OpenFileUtf8(path, "wb");
+  if (file == nullptr) return false;
+  bool written = std::fwrite(contents.data(), 1, contents.size(), file) == contents.size();
+  return std::fclose(file) == 0 && written;
 }
 
 void UiProfile::AddPlayer(PlayerKind kind, const std::wstring& version, bool partner) {

@@ -19,7 +19,9 @@ class UiProfile {
   void AddPlayer(PlayerKind kind, const std::wstring& version, bool partner = false);
   // Rewrites a global value of the master settings file, as another program would.
   bool SetGlobal(const SettingValue& value);
-  // No player and no settings.
+  // The administrator file "tss.cfg" with these lines.
+  bool WriteAdminConfig(const std::string& contents);
+  // No player, no settings and no administrator file.
   void Clear();
 
  private:
