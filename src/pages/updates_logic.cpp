@@ -10,8 +10,7 @@ UpdatesFacts GatherUpdatesFacts(SMSystem& system, const SMAdminConfig& adminConf
   facts.userAdmin = system.IsUserAdmin();
   facts.mode = ReadUpdateMode(adminConfig);
   // The ActiveX control does not exist from Windows 8 on; its key is not even read there.
-  if (!facts.windows8OrLater)
-    facts.activeXVersion = ReadPlayerVersion(system, PlayerKind::ActiveX);
+  if (!facts.windows8OrLater) facts.activeXVersion = ReadPlayerVersion(system, PlayerKind::ActiveX);
   facts.npapiVersion = ReadPlayerVersion(system, PlayerKind::Npapi);
   facts.ppapiVersion = ReadPlayerVersion(system, PlayerKind::Ppapi);
   return facts;
