@@ -58,6 +58,8 @@ show_page() {
   if [ -n "$shot" ]; then
     sleep 1
     import -window root "$shot" || vp_fail "the screenshot $shot failed"
+    # Only the sheet: the rest of the private screen is empty.
+    convert "$shot" -trim +repage "$shot" || vp_fail "cropping the screenshot $shot failed"
     echo "$shot"
     kill "$pid" 2>/dev/null || true
     wait "$pid" 2>/dev/null || true
