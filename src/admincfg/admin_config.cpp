@@ -8,7 +8,9 @@ namespace {
 
 // The player trims every byte that is 32 or less as a signed char, so any byte of a
 // non-ASCII UTF-8 sequence at either end goes too.
-bool IsTrimmed(char c) { return static_cast<signed char>(c) <= 32; }
+bool IsTrimmed(char c) {
+  return static_cast<signed char>(c) <= 32;
+}
 
 std::string_view Trim(std::string_view text) {
   while (!text.empty() && IsTrimmed(text.front())) text.remove_prefix(1);
@@ -18,7 +20,9 @@ std::string_view Trim(std::string_view text) {
 
 }  // namespace
 
-SMAdminConfig::SMAdminConfig(std::string path) : path_(std::move(path)) { Load(); }
+SMAdminConfig::SMAdminConfig(std::string path) : path_(std::move(path)) {
+  Load();
+}
 
 bool SMAdminConfig::Load() {
   entries_.clear();

@@ -59,7 +59,8 @@ std::optional<std::string> CliContext::ResolveFolders() {
   if (roaming.empty()) roaming = Environment("APPDATA");
   if (local.empty()) local = Environment("LOCALAPPDATA");
   if (systemFolder.empty()) systemFolder = Environment("VP_SYSTEM_DIR");
-  if (roaming.empty()) return "no roaming application-data folder: give --appdata DIR or set APPDATA";
+  if (roaming.empty())
+    return "no roaming application-data folder: give --appdata DIR or set APPDATA";
   if (local.empty()) {
     return "no local application-data folder: give --local-appdata DIR or set LOCALAPPDATA";
   }
@@ -107,7 +108,8 @@ SMAdminConfig& CliContext::adminConfig() {
 
 SMPrivateDataFolder& CliContext::privateData() {
   if (!privateData_) {
-    privateData_ = std::make_unique<SMPrivateDataFolder>(platform().PrivateDataFolder(), &platform());
+    privateData_ =
+        std::make_unique<SMPrivateDataFolder>(platform().PrivateDataFolder(), &platform());
   }
   return *privateData_;
 }

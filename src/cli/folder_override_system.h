@@ -26,8 +26,7 @@ class FolderOverrideSystem : public SMSystem {
   uint16_t UserDefaultUILanguage() override { return base_.UserDefaultUILanguage(); }
   std::string CommandLine() override { return base_.CommandLine(); }
   std::string ModulePath() override { return base_.ModulePath(); }
-  std::optional<uint32_t> RunAndWait(const std::string& commandLine,
-                                     uint32_t timeoutMs) override {
+  std::optional<uint32_t> RunAndWait(const std::string& commandLine, uint32_t timeoutMs) override {
     return base_.RunAndWait(commandLine, timeoutMs);
   }
   bool LaunchElevated(const std::string& program, const std::string& parameters) override {

@@ -1,6 +1,5 @@
 // vpsettings: the player's settings from a shell, for administrators and for inspecting files.
 #include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <iostream>
 #include <string>
@@ -10,6 +9,7 @@
 
 #ifdef _WIN32
 #include <windows.h>
+// windows.h first: the shell headers need its types.
 #include <shellapi.h>
 
 #include "platform/win32/utf16.h"
@@ -46,9 +46,9 @@ std::optional<std::string> UnknownCommand(CLI::App& app, const std::vector<std::
       if (takesValue && std::next(word) != reversed.rend()) ++word;
       continue;
     }
-    bool known = !app.get_subcommands([&](CLI::App* command) {
-                        return command->get_name() == *word;
-                      }).empty();
+    bool known =
+        !app.get_subcommands([&](CLI::App* command) { return command->get_name() == *word; })
+             .empty();
     if (!known) return *word;
     return std::nullopt;
   }
@@ -83,7 +83,8 @@ int main(int argc, char** argv) {
   Arguments args;
   auto* dump = app.add_subcommand("dump", "decode one settings.sol");
   dump->add_option("FILE", args.file, "the settings.sol file")->required();
-  auto* encode = app.add_subcommand("encode", "write the JSON of dump --json as a settings.sol stream");
+  auto* encode =
+      app.add_subcommand("encode", "write the JSON of dump --json as a settings.sol stream");
   encode->add_option("FILE", args.file, "the JSON file (standard input when absent)");
   auto* paths = app.add_subcommand("paths", "every data location");
   auto* show = app.add_subcommand("show", "the global settings");
@@ -126,7 +127,8 @@ int main(int argc, char** argv) {
     return Fail(kExitUsage, error.what());
   }
   if (site->parsed() && !args.permission.empty() && args.choice.empty()) {
-    return Fail(kExitUsage, "site SITE " + args.permission + " needs a choice: ask, allow or block");
+    return Fail(kExitUsage,
+                "site SITE " + args.permission + " needs a choice: ask, allow or block");
   }
   if (admin->parsed() && args.action == "get" && args.key.empty()) {
     return Fail(kExitUsage, "admin get needs a KEY");

@@ -62,22 +62,22 @@ void PrintRows(CliContext& context, const std::vector<SiteRow>& rows) {
   if (context.options().json) {
     nlohmann::json list = nlohmann::json::array();
     for (const SiteRow& row : rows) {
-      list.push_back({{"name", row.name},
-                      {"storage", ChoiceWord(row.storage)},
-                      {"cammic", {{"https", ChoiceWord(row.cameraSecure)},
-                                  {"other", ChoiceWord(row.cameraOther)}}},
-                      {"p2p", ChoiceWord(row.peerNetworking)},
-                      {"storedBytes", row.storedBytes},
-                      {"stored", FormatStorageSize(strings, row.storedBytes)}});
+      list.push_back(
+          {{"name", row.name},
+           {"storage", ChoiceWord(row.storage)},
+           {"cammic",
+            {{"https", ChoiceWord(row.cameraSecure)}, {"other", ChoiceWord(row.cameraOther)}}},
+           {"p2p", ChoiceWord(row.peerNetworking)},
+           {"storedBytes", row.storedBytes},
+           {"stored", FormatStorageSize(strings, row.storedBytes)}});
     }
     std::cout << DumpJson(list, 2) << '\n';
     return;
   }
   for (const SiteRow& row : rows) {
-    std::cout << row.name << '\t' << ChoiceWord(row.storage) << '\t'
-              << ChoiceWord(row.cameraSecure) << '\t' << ChoiceWord(row.cameraOther) << '\t'
-              << ChoiceWord(row.peerNetworking) << '\t'
-              << FormatStorageSize(strings, row.storedBytes) << '\n';
+    std::cout << row.name << '\t' << ChoiceWord(row.storage) << '\t' << ChoiceWord(row.cameraSecure)
+              << '\t' << ChoiceWord(row.cameraOther) << '\t' << ChoiceWord(row.peerNetworking)
+              << '\t' << FormatStorageSize(strings, row.storedBytes) << '\n';
   }
 }
 
@@ -106,7 +106,8 @@ int RunSite(CliContext& context, const std::string& site, const std::string& per
     return kExitOk;
   }
   std::optional<SiteChoice> choice = ChoiceFromWord(word);
-  if (!choice) return Fail(kExitUsage, "the choice must be ask, allow or block, not \"" + word + "\"");
+  if (!choice)
+    return Fail(kExitUsage, "the choice must be ask, allow or block, not \"" + word + "\"");
   bool isNew = !IsKnownSite(settings, site);
   if (isNew && !settings.AddSite(site)) return Fail(kExitFailed, "could not add the site " + site);
   bool written = false;
@@ -121,7 +122,8 @@ int RunSite(CliContext& context, const std::string& site, const std::string& per
   } else if (permission == "p2p") {
     written = WritePairChoice(settings, site, kPeerNetworkingKeys, *choice);
   } else {
-    return Fail(kExitUsage, "the permission must be storage, cammic or p2p, not \"" + permission + "\"");
+    return Fail(kExitUsage,
+                "the permission must be storage, cammic or p2p, not \"" + permission + "\"");
   }
   if (!written) return Fail(kExitFailed, "could not write the settings of " + site);
   return kExitOk;
@@ -136,15 +138,15 @@ int RunRemoveSite(CliContext& context, const std::string& site, bool keepSetting
 
 int RunClear(CliContext& context, bool licences) {
   SMStringTable& strings = context.strings();
-  ClearDataOutcome outcome = ClearAllData(context.settings(), context.platform(),
-                                          context.privateData(), {true, licences});
+  ClearDataOutcome outcome =
+      ClearAllData(context.settings(), context.platform(), context.privateData(), {true, licences});
   if (outcome.nothingRecorded) {
     std::cerr << "vpsettings: no sites are recorded; nothing was deleted\n";
     return kExitOk;
   }
   int status = kExitOk;
-  for (auto [failed, textId] : {std::pair{outcome.siteDataFailed, 11501u},
-                                std::pair{outcome.licenceFilesFailed, 11502u}}) {
+  for (auto [failed, textId] :
+       {std::pair{outcome.siteDataFailed, 11501u}, std::pair{outcome.licenceFilesFailed, 11502u}}) {
     if (!failed) continue;
     const char* text = strings.GetString(textId);
     status = Fail(kExitFailed, text != nullptr ? text : "deletion failed");

@@ -33,8 +33,8 @@ std::optional<bool> ParseBooleanWord(const std::string& text) {
 // default; nothing for a key the program does not know.
 std::optional<std::string> CurrentType(CliContext& context, const std::string& name) {
   SMPlatformServices& platform = context.platform();
-  std::string masterFile = SMSettingsManager::SettingsFolderIn(platform) +
-                           platform.PathSeparator() + "settings.sol";
+  std::string masterFile =
+      SMSettingsManager::SettingsFolderIn(platform) + platform.PathSeparator() + "settings.sol";
   if (std::optional<std::string> bytes = ReadWholeFile(masterFile)) {
     if (std::optional<DecodedSettings> master = DecodeSettingsStream(*bytes)) {
       for (const SettingValue& pair : master->pairs) {
@@ -80,7 +80,8 @@ int RunShow(CliContext& context) {
   const std::string& master = SMSettingsManager::MasterDomain();
   DecodedSettings globals{"settings", {}};
   for (const std::string& name : settings.GetNames(master)) {
-    if (const SettingValue* value = settings.GetValue(master, name)) globals.pairs.push_back(*value);
+    if (const SettingValue* value = settings.GetValue(master, name))
+      globals.pairs.push_back(*value);
   }
   if (context.options().json) {
     std::cout << DumpJson(SettingsToJson(globals)["pairs"], 2) << '\n';

@@ -20,7 +20,8 @@ const char* FormatOf(SMStringTable& strings, uint32_t id) {
 std::string FormatStorageSize(SMStringTable& strings, uint64_t bytes) {
   char text[32] = {};
   if (bytes < kKilo) {
-    std::snprintf(text, sizeof text, FormatOf(strings, 21201), static_cast<unsigned long long>(bytes));
+    std::snprintf(text, sizeof text, FormatOf(strings, 21201),
+                  static_cast<unsigned long long>(bytes));
   } else if (bytes < kMega) {
     float kilobytes = static_cast<float>(bytes) * (1.0f / 1024.0f);
     std::snprintf(text, sizeof text, FormatOf(strings, 21202),

@@ -10,7 +10,8 @@ constexpr const char* kTrustedPathsKey = "trustedPaths";
 
 // A copy of the current array (empty when the setting is missing or not an array).
 SettingArray CurrentLocations(SMSettingsManager& settings) {
-  const SettingValue* value = settings.GetValue(SMSettingsManager::MasterDomain(), kTrustedPathsKey);
+  const SettingValue* value =
+      settings.GetValue(SMSettingsManager::MasterDomain(), kTrustedPathsKey);
   if (value == nullptr || value->type() != kSettingArray) return SettingArray();
   return value->array();
 }

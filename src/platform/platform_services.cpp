@@ -45,7 +45,9 @@ SMPlatformServices::SMPlatformServices(SMSystem& system) : system_(system) {
   enableLocalAppData_ = ParseBool(adminConfig.GetValue("EnableLocalAppData").value_or(""));
 }
 
-void SMPlatformServices::ResetPathCachesForTesting() { Caches() = PathCaches{}; }
+void SMPlatformServices::ResetPathCachesForTesting() {
+  Caches() = PathCaches{};
+}
 
 const std::string& SMPlatformServices::PathSeparator() {
   Caches().separator = std::string(1, kPathSeparator);

@@ -27,9 +27,9 @@ class SMSystem {
     bool ansi = false;
   };
   // CSIDL numbers of the folders the program asks for.
-  static constexpr int kRoamingAppData = 26;   // CSIDL_APPDATA
-  static constexpr int kLocalAppData = 28;     // CSIDL_LOCAL_APPDATA
-  static constexpr int kCreateFlag = 0x8000;   // CSIDL_FLAG_CREATE
+  static constexpr int kRoamingAppData = 26;  // CSIDL_APPDATA
+  static constexpr int kLocalAppData = 28;    // CSIDL_LOCAL_APPDATA
+  static constexpr int kCreateFlag = 0x8000;  // CSIDL_FLAG_CREATE
 
   virtual ~SMSystem() = default;
 

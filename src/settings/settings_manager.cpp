@@ -38,7 +38,6 @@ const std::vector<SettingValue>& SMSettingsManager::GlobalDefaults() {
   return defaults;
 }
 
-
 std::string SMSettingsManager::SettingsFolderIn(SMPlatformServices& platform) {
   return platform.PlayerDataRoot() + platform.PathSeparator() +
          NativeRelativePath("tessaline.com\\support\\vantrelplayer\\sys");

@@ -31,9 +31,20 @@ TEST(AdminConfig, EncodingDecidesWhetherTheFileIsRead) {
   };
   const Case cases[] = {
       {"a=1\n", SMAdminConfig::kPlain, {{"a", "1"}}},
-      {"\xEF\xBB\xBF" "a=1\n", SMAdminConfig::kUtf8WithMark, {{"a", "1"}}},
-      {"\xFF\xFE" "a\0=\0" "1\0"s, SMAdminConfig::kUtf16Ignored, {}},
-      {"\xFE\xFF" "\0a\0=\0" "1"s, SMAdminConfig::kUtf16Ignored, {}},
+      {"\xEF\xBB\xBF"
+       "a=1\n",
+       SMAdminConfig::kUtf8WithMark,
+       {{"a", "1"}}},
+      {"\xFF\xFE"
+       "a\0=\0"
+       "1\0"s,
+       SMAdminConfig::kUtf16Ignored,
+       {}},
+      {"\xFE\xFF"
+       "\0a\0=\0"
+       "1"s,
+       SMAdminConfig::kUtf16Ignored,
+       {}},
       {"a=1", SMAdminConfig::kUnreadable, {}},  // under four bytes, whatever it holds
       {"", SMAdminConfig::kUnreadable, {}},
       {"ab=1", SMAdminConfig::kPlain, {{"ab", "1"}}},
@@ -62,7 +73,9 @@ TEST(AdminConfig, LinesSplitTrimAndReplace) {
       {"last line without end", "a=1\nb=2", {{"a", "1"}, {"b", "2"}}},
       {"blanks and tabs around", " \tkey \t=\t value  \n", {{"key", "value"}}},
       {"control bytes trimmed", "\x01k\x1f=\x7fv\x02\n", {{"k", "\x7fv"}}},
-      {"non-ASCII at the ends trimmed", "k=caf\xC3\xA9\n\xC3\xA9k2=v\n", {{"k", "caf"}, {"k2", "v"}}},
+      {"non-ASCII at the ends trimmed",
+       "k=caf\xC3\xA9\n\xC3\xA9k2=v\n",
+       {{"k", "caf"}, {"k2", "v"}}},
       {"non-ASCII inside kept", "k=a\xC3\xA9z\n", {{"k", "a\xC3\xA9z"}}},
       {"first equals splits", "k=a=b\n", {{"k", "a=b"}}},
       {"no equals ignored", "just a remark\nk=v\n", {{"k", "v"}}},
@@ -81,10 +94,12 @@ TEST(AdminConfig, LinesSplitTrimAndReplace) {
 TEST(AdminConfig, MissingEmptyShortAndUtf16FilesGiveNoEntries) {
   TempFolder folder;
   WriteFileBytes(folder.path() / "short.cfg", "a=1");
-  WriteFileBytes(folder.path() / "utf16.cfg", std::string("\xFF\xFE" "a\0=\0" "1\0\n\0", 10));
-  for (const std::string& path :
-       {std::string(), folder.Utf8("missing.cfg"), folder.Utf8("short.cfg"),
-        folder.Utf8("utf16.cfg")}) {
+  WriteFileBytes(folder.path() / "utf16.cfg", std::string("\xFF\xFE"
+                                                          "a\0=\0"
+                                                          "1\0\n\0",
+                                                          10));
+  for (const std::string& path : {std::string(), folder.Utf8("missing.cfg"),
+                                  folder.Utf8("short.cfg"), folder.Utf8("utf16.cfg")}) {
     SMAdminConfig config(path);
     EXPECT_TRUE(config.entries().empty()) << path;
     EXPECT_FALSE(config.GetValue("a").has_value()) << path;
@@ -111,6 +126,6 @@ TEST(AdminConfig, WriteAndReloadRoundTripsThroughTheFile) {
   EXPECT_EQ(written, "Zeta=9\nAutoUpdateDisable=1\nSilentAutoUpdateEnable=0\n");
 #endif
   ASSERT_TRUE(config.Load());
-  EXPECT_EQ(config.entries(), (Entries{{"Zeta", "9"}, {"AutoUpdateDisable", "1"},
-                                       {"SilentAutoUpdateEnable", "0"}}));
+  EXPECT_EQ(config.entries(),
+            (Entries{{"Zeta", "9"}, {"AutoUpdateDisable", "1"}, {"SilentAutoUpdateEnable", "0"}}));
 }

@@ -10,11 +10,31 @@ TEST(ParseBool, ReadsTextsAsThePlayerDoes) {
     bool expected;
   };
   const Case cases[] = {
-      {"TRUE", true},   {"Yes", true},    {"1", true},       {"-3", true},   {"2abc", true},
-      {"t", true},      {"Y", true},      {" 7", true},      {"+1", true},   {"", false},
-      {"false", false}, {"no", false},    {"0", false},      {"on", false},  {" yes", false},
-      {"yes ", false},  {"truex", false}, {"0x1", false},    {"-0", false},  {"tRuE", true},
-      {std::string("1\0", 2), true},      {std::string("\0" "1", 2), false},
+      {"TRUE", true},
+      {"Yes", true},
+      {"1", true},
+      {"-3", true},
+      {"2abc", true},
+      {"t", true},
+      {"Y", true},
+      {" 7", true},
+      {"+1", true},
+      {"", false},
+      {"false", false},
+      {"no", false},
+      {"0", false},
+      {"on", false},
+      {" yes", false},
+      {"yes ", false},
+      {"truex", false},
+      {"0x1", false},
+      {"-0", false},
+      {"tRuE", true},
+      {std::string("1\0", 2), true},
+      {std::string("\0"
+                   "1",
+                   2),
+       false},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(ParseBool(c.text), c.expected) << '"' << c.text << '"';

@@ -13,7 +13,9 @@ using nlohmann::json;
 std::string U16(size_t value) {
   return {static_cast<char>(value >> 8), static_cast<char>(value & 0xFF)};
 }
-std::string PString(const std::string& text) { return U16(text.size()) + text; }
+std::string PString(const std::string& text) {
+  return U16(text.size()) + text;
+}
 std::string Double(double number) {
   uint64_t bits = std::bit_cast<uint64_t>(number);
   std::string bytes;
@@ -23,20 +25,19 @@ std::string Double(double number) {
 
 // A settings.sol stream put together by hand, pairs in the order given.
 std::string Stream(const std::string& objectName, const std::string& pairs) {
-  std::string body = std::string("TCSO\0\x04\0\0\0\0", 10) + PString(objectName) +
-                     std::string(4, '\0') + pairs;
+  std::string body =
+      std::string("TCSO\0\x04\0\0\0\0", 10) + PString(objectName) + std::string(4, '\0') + pairs;
   if (body.size() < 63) return std::string(1, '\0') + static_cast<char>(0x80 + body.size()) + body;
   return std::string("\0\xBF", 2) + U16(body.size() >> 16) + U16(body.size() & 0xFFFF) + body;
 }
 
 // Names whose buckets (byte sums modulo 16) are 1, 2, 3, 4: the table keeps this order.
-const std::string kPairs =
-    PString("a") + '\0' + Double(1.5) + '\0' +                      //
-    PString("b") + '\1' + '\1' + '\0' +                             //
-    PString("c") + '\2' + PString("h\xC3\xA9") + '\0' +             //
-    PString("d") + '\3' +                                           //
-    PString("x") + '\0' + Double(100) + PString("y") + '\1' + '\0' +  //
-    PString("z") + '\2' + PString("s") + U16(0) + '\x09' + '\0';
+const std::string kPairs = PString("a") + '\0' + Double(1.5) + '\0' +                        //
+                           PString("b") + '\1' + '\1' + '\0' +                               //
+                           PString("c") + '\2' + PString("h\xC3\xA9") + '\0' +               //
+                           PString("d") + '\3' +                                             //
+                           PString("x") + '\0' + Double(100) + PString("y") + '\1' + '\0' +  //
+                           PString("z") + '\2' + PString("s") + U16(0) + '\x09' + '\0';
 
 class CliFiles : public ::testing::Test {
  protected:
@@ -90,10 +91,11 @@ TEST_F(CliFiles, DumpThenEncodeGivesBackTheSameBytes) {
        Stream("settings", PString("a") + '\0' + Double(-0.0) + '\0' + PString("q") + '\0' +
                               Double(1e300) + '\0' + PString("b") + '\0' +
                               Double(std::bit_cast<double>(0x7FF8000000000000ULL)) + '\0' +
-                              PString("c") + '\0' + Double(-INFINITY) + '\0' + PString("d") +
-                              '\0' + Double(0.1) + '\0')},
+                              PString("c") + '\0' + Double(-INFINITY) + '\0' + PString("d") + '\0' +
+                              Double(0.1) + '\0')},
       {"kept element of unknown type", Stream("settings", kept)},
-      {"long header", Stream("settings", PString("a") + '\2' + PString(std::string(300, 'v')) + '\0')},
+      {"long header",
+       Stream("settings", PString("a") + '\2' + PString(std::string(300, 'v')) + '\0')},
   };
   for (const Case& c : cases) {
     std::string file = Write("in.sol", c.bytes);
@@ -112,9 +114,10 @@ TEST_F(CliFiles, EncodeOrdersPairsByTheTableAndReadsFiles) {
       {"name": "a", "type": "number", "value": "NaN"}]})";
   ProcessResult encoded = cli_.RunBare({"encode", Write("in.json", jsonText)});
   ASSERT_EQ(encoded.exitCode, 0) << encoded.err;
-  EXPECT_EQ(encoded.out, Stream("settings", PString("a") + '\0' +
-                                                Double(std::bit_cast<double>(0x7FF8000000000000ULL)) +
-                                                '\0' + PString("d") + '\1' + '\1' + '\0'));
+  EXPECT_EQ(encoded.out,
+            Stream("settings", PString("a") + '\0' +
+                                   Double(std::bit_cast<double>(0x7FF8000000000000ULL)) + '\0' +
+                                   PString("d") + '\1' + '\1' + '\0'));
 }
 
 TEST_F(CliFiles, BadInputFailsWithAMessageAndNoOutput) {
@@ -133,14 +136,21 @@ TEST_F(CliFiles, BadInputFailsWithAMessageAndNoOutput) {
       {{"dump", badMagic}, "", 1, badMagic},
       {{"encode"}, "{\"name\": ", 1, "byte"},
       {{"encode"}, "[1, 2]", 1, "/"},
-      {{"encode"}, R"({"name": "s", "pairs": [{"name": "a", "type": "number", "value": "x"}]})", 1,
+      {{"encode"},
+       R"({"name": "s", "pairs": [{"name": "a", "type": "number", "value": "x"}]})",
+       1,
        "/pairs/0/value"},
-      {{"encode"}, R"({"name": "s", "pairs": [{"name": "a", "type": "colour", "value": 1}]})", 1,
+      {{"encode"},
+       R"({"name": "s", "pairs": [{"name": "a", "type": "colour", "value": 1}]})",
+       1,
        "/pairs/0/type"},
       {{"encode"},
        R"({"name": "s", "pairs": [{"name": "a", "type": "array", "value": [{"name": "b", "type": "array", "value": []}]}]})",
-       1, "/pairs/0/value/0/type"},
-      {{"encode"}, R"({"name": "s", "pairs": [{"name": 3, "type": "boolean", "value": true}]})", 1,
+       1,
+       "/pairs/0/value/0/type"},
+      {{"encode"},
+       R"({"name": "s", "pairs": [{"name": 3, "type": "boolean", "value": true}]})",
+       1,
        "/pairs/0/name"},
       {{"dump"}, "", 2, "FILE"},
       {{"frobnicate"}, "", 2, "frobnicate"},

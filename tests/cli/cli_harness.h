@@ -20,9 +20,9 @@ class CliHarness {
   CliHarness() { std::filesystem::create_directories(SettingsFolder()); }
 
   ProcessResult Run(const std::vector<std::string>& arguments, const std::string& input = "") {
-    std::vector<std::string> all = {"--appdata",    folder_.Utf8("Roaming"),
+    std::vector<std::string> all = {"--appdata",       folder_.Utf8("Roaming"),
                                     "--local-appdata", folder_.Utf8("Local"),
-                                    "--system-dir", folder_.Utf8("syswow64")};
+                                    "--system-dir",    folder_.Utf8("syswow64")};
     all.insert(all.end(), arguments.begin(), arguments.end());
     return RunBare(all, input);
   }

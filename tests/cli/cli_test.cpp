@@ -44,19 +44,18 @@ TEST_F(Cli, PathsNameEveryLocation) {
   EXPECT_EQ(paths["settings-folder"], PathToUtf8(cli_.SettingsFolder()));
   EXPECT_EQ(paths["master-file"], PathToUtf8(cli_.MasterFile()));
   EXPECT_EQ(paths["stored-data-folder"], PathToUtf8(cli_.DataRoot() / "#SharedObjects"));
-  EXPECT_EQ(paths["asset-cache"],
-            PathToUtf8(cli_.folder().path() / "Roaming" / "Brinmor" / "Vantrel Player" / "AssetCache"));
-  EXPECT_EQ(paths["vx-cache"],
-            PathToUtf8(cli_.folder().path() / "Roaming" / "Brinmor" / "Vantrel Player" / "VXCache"));
-  EXPECT_EQ(paths["private-data-folder"],
-            PathToUtf8(cli_.folder().path() / "Roaming" / "Brinmor" / "Vantrel Player" / "KPSPrivateData2"));
+  EXPECT_EQ(paths["asset-cache"], PathToUtf8(cli_.folder().path() / "Roaming" / "Brinmor" /
+                                             "Vantrel Player" / "AssetCache"));
+  EXPECT_EQ(paths["vx-cache"], PathToUtf8(cli_.folder().path() / "Roaming" / "Brinmor" /
+                                          "Vantrel Player" / "VXCache"));
+  EXPECT_EQ(paths["private-data-folder"], PathToUtf8(cli_.folder().path() / "Roaming" / "Brinmor" /
+                                                     "Vantrel Player" / "KPSPrivateData2"));
   EXPECT_EQ(paths["admin-file"], PathToUtf8(cli_.AdminFile()));
 
   WriteFileBytes(cli_.AdminFile(), "EnableLocalAppData=1\n");
   ProcessResult text = cli_.Run({"paths"});
   EXPECT_NE(Lines(text.out).find("data-root\t" + cli_.folder().Utf8("Local") +
-                                 (std::string(1, std::filesystem::path::preferred_separator) ==
-                                          "/"
+                                 (std::string(1, std::filesystem::path::preferred_separator) == "/"
                                       ? "/Tessaline/Vantrel Player\n"
                                       : "\\Tessaline\\Vantrel Player\n")),
             std::string::npos)
@@ -88,8 +87,10 @@ TEST_F(Cli, ShowWritesDefaultsOnFirstRunAndSetChangesOneKey) {
     int exitCode;
   };
   const Case refused[] = {
-      {{"set", "defaultklimit", "lots"}, 2},     {{"set", "defaultalways", "1"}, 2},
-      {{"set", "newkey", "1"}, 2},               {{"set", "domains", "x"}, 2},
+      {{"set", "defaultklimit", "lots"}, 2},
+      {{"set", "defaultalways", "1"}, 2},
+      {{"set", "newkey", "1"}, 2},
+      {{"set", "domains", "x"}, 2},
       {{"set", "defaultklimit", "5", "--type", "string"}, 2},
       {{"set", "x", "1", "--type", "colour"}, 2},
   };
@@ -162,8 +163,8 @@ TEST_F(Cli, RemoveSiteAndClearDelete) {
 
   const auto licence = cli_.folder().path() / "Roaming" / "Brinmor" / "Vantrel Player" /
                        "KPSPrivateData2" / "licence.bin";
-  const auto asset = cli_.folder().path() / "Roaming" / "Brinmor" / "Vantrel Player" /
-                     "AssetCache" / "a.bin";
+  const auto asset =
+      cli_.folder().path() / "Roaming" / "Brinmor" / "Vantrel Player" / "AssetCache" / "a.bin";
   WriteFileBytes(licence, "l");
   WriteFileBytes(asset, "a");
   ASSERT_EQ(cli_.Run({"clear"}).exitCode, 0);

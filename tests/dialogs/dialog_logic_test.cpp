@@ -33,11 +33,18 @@ TEST(StorageSize, SingleFloatStepsDecideTheDigits) {
     const char* text;
   };
   const Case cases[] = {
-      {0, 0, "0 bytes"},           {1023, 0, "1023 bytes"},       {1024, 0, "1 kB"},
-      {1535, 0, "1 kB"},           {1048575, 0, "1023 kB"},       {1048576, 0, "1.00 MB"},
-      {1073741823, 0, "1024.00 MB"}, {1073741824, 0, "1.00 GB"},  {5368709120, 0, "5.00 GB"},
+      {0, 0, "0 bytes"},
+      {1023, 0, "1023 bytes"},
+      {1024, 0, "1 kB"},
+      {1535, 0, "1 kB"},
+      {1048575, 0, "1023 kB"},
+      {1048576, 0, "1.00 MB"},
+      {1073741823, 0, "1024.00 MB"},
+      {1073741824, 0, "1.00 GB"},
+      {5368709120, 0, "5.00 GB"},
       // 16777217 is not a float: it rounds to 16777216, so the player shows exactly 16.00 MB.
-      {16777217, 0, "16.00 MB"},   {2048, 22, "2 KB"},
+      {16777217, 0, "16.00 MB"},
+      {2048, 22, "2 KB"},
   };
   for (const Case& c : cases) {
     SMFixedLanguageStringTable strings(c.language);
@@ -55,16 +62,30 @@ TEST(SiteChoice, ReadingBackIsLopsided) {
     SiteChoice storage;
   };
   const Case cases[] = {
-      {"both.true", {SettingValue::Boolean("p2palways", true), SettingValue::Boolean("p2pallow", true),
-                     SettingValue::Number("klimit", 5000)}, kChoiceAllow, kChoiceAllow},
-      {"block", {SettingValue::Boolean("p2palways", true), SettingValue::Boolean("p2pallow", false),
-                 SettingValue::Number("klimit", -1)}, kChoiceBlock, kChoiceBlock},
-      {"always.only", {SettingValue::Boolean("p2palways", true), SettingValue::Number("klimit", 0)},
-       kChoiceAsk, kChoiceAsk},
-      {"not.always", {SettingValue::Boolean("p2palways", false), SettingValue::Boolean("p2pallow", true),
-                      SettingValue::Number("klimit", 100)}, kChoiceAsk, kChoiceAllow},
-      {"wrong.types", {SettingValue::Number("p2palways", 1), SettingValue::Boolean("p2pallow", true),
-                       SettingValue::String("klimit", "-1")}, kChoiceAsk, kChoiceAllow},
+      {"both.true",
+       {SettingValue::Boolean("p2palways", true), SettingValue::Boolean("p2pallow", true),
+        SettingValue::Number("klimit", 5000)},
+       kChoiceAllow,
+       kChoiceAllow},
+      {"block",
+       {SettingValue::Boolean("p2palways", true), SettingValue::Boolean("p2pallow", false),
+        SettingValue::Number("klimit", -1)},
+       kChoiceBlock,
+       kChoiceBlock},
+      {"always.only",
+       {SettingValue::Boolean("p2palways", true), SettingValue::Number("klimit", 0)},
+       kChoiceAsk,
+       kChoiceAsk},
+      {"not.always",
+       {SettingValue::Boolean("p2palways", false), SettingValue::Boolean("p2pallow", true),
+        SettingValue::Number("klimit", 100)},
+       kChoiceAsk,
+       kChoiceAllow},
+      {"wrong.types",
+       {SettingValue::Number("p2palways", 1), SettingValue::Boolean("p2pallow", true),
+        SettingValue::String("klimit", "-1")},
+       kChoiceAsk,
+       kChoiceAllow},
       {"nothing", {}, kChoiceAsk, kChoiceAllow},
   };
   for (const Case& c : cases) {

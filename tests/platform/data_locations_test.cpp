@@ -9,7 +9,9 @@
 
 namespace {
 
-std::string Native(const char* backslashPath) { return NativeRelativePath(backslashPath); }
+std::string Native(const char* backslashPath) {
+  return NativeRelativePath(backslashPath);
+}
 
 struct Profile {
   TempFolder folder;
@@ -32,7 +34,8 @@ TEST(DataLocations, EveryPathHasItsSuffix) {
   Profile profile;
   auto platform = MakeNativePlatform(profile.system);
   const std::string roaming = profile.system.roamingAppData;
-  EXPECT_EQ(platform->AssetCacheFolder(), roaming + Native("\\Brinmor\\Vantrel Player\\AssetCache"));
+  EXPECT_EQ(platform->AssetCacheFolder(),
+            roaming + Native("\\Brinmor\\Vantrel Player\\AssetCache"));
   EXPECT_EQ(platform->VXCacheFolder(), roaming + Native("\\Brinmor\\Vantrel Player\\VXCache"));
   EXPECT_EQ(platform->PrivateDataFolder(),
             roaming + Native("\\Brinmor\\Vantrel Player\\KPSPrivateData2"));
@@ -50,9 +53,13 @@ TEST(DataLocations, EnableLocalAppDataMovesOnlyTheDataRoot) {
     bool local;
   };
   const Case cases[] = {
-      {"EnableLocalAppData=1\n", true},      {"EnableLocalAppData = yes\n", true},
-      {"EnableLocalAppData=0\n", false},     {"enablelocalappdata=1\n", false},
-      {"\xFF\xFE" "EnableLocalAppData=1\n", false},
+      {"EnableLocalAppData=1\n", true},
+      {"EnableLocalAppData = yes\n", true},
+      {"EnableLocalAppData=0\n", false},
+      {"enablelocalappdata=1\n", false},
+      {"\xFF\xFE"
+       "EnableLocalAppData=1\n",
+       false},
   };
   for (const Case& c : cases) {
     Profile profile;

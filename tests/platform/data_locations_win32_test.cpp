@@ -66,8 +66,8 @@ TEST(DataLocationsWin32, EnableLocalAppDataFromARealAdminFile) {
     const char* adminFile;
     const std::string& dataRootBase;
   };
-  for (const Case& c : {Case{"EnableLocalAppData=1\r\n", local},
-                        Case{"EnableLocalAppData=no\r\n", roaming}}) {
+  for (const Case& c :
+       {Case{"EnableLocalAppData=1\r\n", local}, Case{"EnableLocalAppData=no\r\n", roaming}}) {
     SMPlatformServices::ResetPathCachesForTesting();
     AdminFile adminFile(c.adminFile);
     Win32System system;
@@ -75,8 +75,7 @@ TEST(DataLocationsWin32, EnableLocalAppDataFromARealAdminFile) {
     EXPECT_EQ(platform.PlayerDataRoot(), c.dataRootBase + "\\Tessaline\\Vantrel Player")
         << c.adminFile;
     EXPECT_EQ(platform.AssetCacheFolder(), roaming + "\\Brinmor\\Vantrel Player\\AssetCache");
-    EXPECT_EQ(platform.PrivateDataFolder(),
-              roaming + "\\Brinmor\\Vantrel Player\\KPSPrivateData2");
+    EXPECT_EQ(platform.PrivateDataFolder(), roaming + "\\Brinmor\\Vantrel Player\\KPSPrivateData2");
   }
 }
 

@@ -70,7 +70,9 @@ bool FakeSystem::LaunchElevated(const std::string& program, const std::string& p
   return elevationGranted;
 }
 
-void FakeSystem::ExitProcess(int status) { throw FakeProcessExit{status}; }
+void FakeSystem::ExitProcess(int status) {
+  throw FakeProcessExit{status};
+}
 
 void FakeSystem::OpenUrl(void*, const char* address) {
   openedUrls.push_back(address != nullptr ? address : "(null)");

@@ -31,8 +31,7 @@ class FakeSystem : public SMSystem {
   uint16_t UserDefaultUILanguage() override;
   std::string CommandLine() override { return commandLine; }
   std::string ModulePath() override { return modulePath; }
-  std::optional<uint32_t> RunAndWait(const std::string& commandLine,
-                                     uint32_t timeoutMs) override;
+  std::optional<uint32_t> RunAndWait(const std::string& commandLine, uint32_t timeoutMs) override;
   bool LaunchElevated(const std::string& program, const std::string& parameters) override;
   [[noreturn]] void ExitProcess(int status) override;
   void OpenUrl(void* ownerWindow, const char* address) override;

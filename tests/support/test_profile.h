@@ -34,4 +34,3 @@ struct TestProfile {
   }
   std::filesystem::path SharedObjects() const { return dataRoot / "#SharedObjects"; }
 };
-

@@ -25,9 +25,7 @@ class PosixSystem : public SMSystem {
   uint16_t UserDefaultUILanguage() override;
   std::string CommandLine() override;
   std::string ModulePath() override;
-  std::optional<uint32_t> RunAndWait(const std::string&, uint32_t) override {
-    return std::nullopt;
-  }
+  std::optional<uint32_t> RunAndWait(const std::string&, uint32_t) override { return std::nullopt; }
   bool LaunchElevated(const std::string&, const std::string&) override { return false; }
   [[noreturn]] void ExitProcess(int status) override;
   void OpenUrl(void*, const char*) override {}

@@ -1,6 +1,7 @@
 #include "platform/win32/win32_system.h"
 
 #include <windows.h>
+// windows.h first: the shell headers need its types.
 #include <shellapi.h>
 #include <shlobj.h>
 
@@ -19,7 +20,9 @@ REGSAM Access(SMSystem::RegistryRoot root, REGSAM access) {
   return root == SMSystem::RegistryRoot::LocalMachine32 ? (access | KEY_WOW64_32KEY) : access;
 }
 
-std::string Utf8OrEmpty(std::wstring_view text) { return ToUtf8(text).value_or(""); }
+std::string Utf8OrEmpty(std::wstring_view text) {
+  return ToUtf8(text).value_or("");
+}
 
 }  // namespace
 
@@ -99,9 +102,13 @@ bool Win32System::IsUserAdmin() {
   return isMember == 1;
 }
 
-uint16_t Win32System::UserDefaultUILanguage() { return GetUserDefaultUILanguage(); }
+uint16_t Win32System::UserDefaultUILanguage() {
+  return GetUserDefaultUILanguage();
+}
 
-std::string Win32System::CommandLine() { return Utf8OrEmpty(GetCommandLineW()); }
+std::string Win32System::CommandLine() {
+  return Utf8OrEmpty(GetCommandLineW());
+}
 
 std::string Win32System::ModulePath() {
   wchar_t path[kMaxPath] = {};
@@ -142,7 +149,9 @@ bool Win32System::LaunchElevated(const std::string& program, const std::string& 
   return ShellExecuteExW(&execute) != FALSE;
 }
 
-void Win32System::ExitProcess(int status) { ::ExitProcess(static_cast<UINT>(status)); }
+void Win32System::ExitProcess(int status) {
+  ::ExitProcess(static_cast<UINT>(status));
+}
 
 void Win32System::OpenUrl(void* ownerWindow, const char* address) {
   std::optional<std::wstring> wide;

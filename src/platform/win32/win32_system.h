@@ -12,8 +12,7 @@ class Win32System : public SMSystem {
   uint16_t UserDefaultUILanguage() override;
   std::string CommandLine() override;
   std::string ModulePath() override;
-  std::optional<uint32_t> RunAndWait(const std::string& commandLine,
-                                     uint32_t timeoutMs) override;
+  std::optional<uint32_t> RunAndWait(const std::string& commandLine, uint32_t timeoutMs) override;
   bool LaunchElevated(const std::string& program, const std::string& parameters) override;
   [[noreturn]] void ExitProcess(int status) override;
   void OpenUrl(void* ownerWindow, const char* address) override;
