@@ -217,3 +217,19 @@ TEST_F(Cli, StringsAndAdminFile) {
   EXPECT_EQ(cli_.Run({"admin", "get"}).exitCode, 2);
   EXPECT_EQ(cli_.Run({"admin", "remove", "x"}).exitCode, 2);
 }
+
+TEST_F(Cli, WinePrefixNamesTheThreeFolders) {
+  const std::filesystem::path prefix = cli_.folder().path() / "prefix";
+  const std::filesystem::path profile = prefix / "drive_c" / "users" / "player" / "AppData";
+  std::filesystem::create_directories(prefix / "drive_c" / "users" / "Public");
+  std::filesystem::create_directories(profile / "Roaming");
+  std::filesystem::create_directories(profile / "Local");
+  WriteFileBytes(prefix / "drive_c" / "windows" / "syswow64" / "Tessalin" / "Vantrel" / "tss.cfg",
+                 "EnableLocalAppData=1\n");
+  json paths = Json(cli_.RunBare({"--wineprefix", PathToUtf8(prefix), "--json", "paths"}));
+  EXPECT_EQ(paths["data-root"], PathToUtf8(profile / "Local" / "Tessaline" / "Vantrel Player"));
+  EXPECT_EQ(paths["vx-cache"],
+            PathToUtf8(profile / "Roaming" / "Brinmor" / "Vantrel Player" / "VXCache"));
+  EXPECT_EQ(paths["admin-file"], PathToUtf8(prefix / "drive_c" / "windows" / "syswow64" /
+                                            "Tessalin" / "Vantrel" / "tss.cfg"));
+}
