@@ -12,3 +12,7 @@ int CameraMicIndexForAlways(std::optional<bool> defaultalways);
 int ReadCameraMicIndex(SMSettingsManager& settings);
 // The administrator's "AVHardwareDisable": the page then shows Block and cannot be changed.
 bool IsCameraMicLockedByAdministrator(const SMAdminConfig& adminConfig);
+
+// Stores a click on the radio group and forces every known site's camera and microphone
+// answers to match. The group keeps the user's choice even when nothing could be written.
+int ApplyCameraMicChoice(SMSettingsManager& settings, int chosenIndex);

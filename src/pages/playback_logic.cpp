@@ -10,3 +10,11 @@ PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
 PlaybackView ReadPlaybackView(SMSettingsManager& settings) {
   return PlaybackViewForUplink(GlobalBoolean(settings, "disallowP2PUplink"));
 }
+
+int ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex) {
+  const bool block = chosenIndex == kPlaybackBlock;
+  return settings.SetValue(SMSettingsManager::MasterDomain(),
+                           SettingValue::Boolean("disallowP2PUplink", block))
+             ? chosenIndex
+             : previousIndex;
+}

@@ -15,3 +15,7 @@ struct PlaybackView {
 
 PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink);
 PlaybackView ReadPlaybackView(SMSettingsManager& settings);
+
+// Stores a click on the radio group: the chosen index, or the previous one when the master
+// settings could not be written.
+int ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex);

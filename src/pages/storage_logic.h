@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "app/user_prompts.h"
 #include "settings/settings_manager.h"
 
 // The Storage page's radio group: 0 Allow, 1 Ask, 2 Block.
@@ -10,3 +11,11 @@ enum StorageChoice : int { kStorageAllow = 0, kStorageAsk = 1, kStorageBlock = 2
 // "defaultklimit" as the page shows it: absent or any value other than 0 and -1 is Allow.
 int StorageIndexForLimit(std::optional<double> defaultklimit);
 int ReadStorageIndex(SMSettingsManager& settings);
+
+// The "defaultklimit" a radio stands for; no radio checked counts as Allow.
+double StorageLimitForIndex(int index);
+// Stores a click on the radio group (Block only after the user confirms) and mirrors the limit
+// into every known site. Returns the index the group must show: the chosen one, or the
+// previous one when the user cancelled or anything could not be stored.
+int ApplyStorageChoice(SMSettingsManager& settings, SMUserPrompts& prompts, int previousIndex,
+                       int chosenIndex);

@@ -35,3 +35,8 @@ UpdatesView ComputeUpdatesView(const UpdatesFacts& facts) {
   }
   return view;
 }
+
+int ApplyUpdatesChoice(SMSystem& system, SMAdminConfig* adminConfig, int previousMode,
+                       int chosenMode) {
+  return ApplyUpdateMode(system, adminConfig, chosenMode) ? chosenMode : previousMode;
+}

@@ -34,3 +34,8 @@ struct UpdatesView {
 
 UpdatesFacts GatherUpdatesFacts(SMSystem& system, const SMAdminConfig& adminConfig);
 UpdatesView ComputeUpdatesView(const UpdatesFacts& facts);
+
+// Stores a click on the radio group through the update service and the administrator file:
+// the chosen mode, or the previous one when the file could not be written.
+int ApplyUpdatesChoice(SMSystem& system, SMAdminConfig* adminConfig, int previousMode,
+                       int chosenMode);
