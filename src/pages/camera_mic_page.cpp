@@ -22,6 +22,15 @@ void CameraMicPage::RefreshFromSettings() {
   WriteRadioGroup(IDC_CAMERA_MIC_ASK, ReadCameraMicIndex(objects_.settings));
 }
 
+bool CameraMicPage::OnButtonClicked(int controlId) {
+  if (controlId != IDC_CAMERA_MIC_ASK && controlId != IDC_CAMERA_MIC_BLOCK) {
+    return SettingsPage::OnButtonClicked(controlId);
+  }
+  // The radio keeps the user's choice even when it could not be stored.
+  ApplyCameraMicChoice(objects_.settings, ReadRadioGroup(IDC_CAMERA_MIC_ASK));
+  return true;
+}
+
 void CameraMicPage::AfterInit() {
   if (IsCameraMicLockedByAdministrator(objects_.adminConfig)) ApplyAdministratorLock();
 }

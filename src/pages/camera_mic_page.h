@@ -11,6 +11,7 @@ class CameraMicPage : public SettingsPage {
  protected:
   void SetTexts() override;
   void AfterInit() override;
+  bool OnButtonClicked(int controlId) override;
 
  private:
   void ApplyAdministratorLock();

@@ -18,8 +18,20 @@ void PlaybackPage::SetTexts() {
 
 void PlaybackPage::RefreshFromSettings() {
   PlaybackView view = ReadPlaybackView(objects_.settings);
+  index_ = view.index;
   EnableWindow(GetDlgItem(window_, IDC_P2P_BY_SITE), view.bySiteEnabled);
-  WriteRadioGroup(IDC_P2P_ASK, view.index);
+  WriteRadioGroup(IDC_P2P_ASK, index_);
+}
+
+bool PlaybackPage::OnButtonClicked(int controlId) {
+  if (controlId != IDC_P2P_ASK && controlId != IDC_P2P_BLOCK) {
+    return SettingsPage::OnButtonClicked(controlId);
+  }
+  const int previous = index_;
+  index_ = ApplyPlaybackChoice(objects_.settings, previous, ReadRadioGroup(IDC_P2P_ASK));
+  WriteRadioGroup(IDC_P2P_ASK, index_);
+  RefreshFromSettings();
+  return true;
 }
 
 uint32_t PlaybackPage::LinkUrlId(int controlId) {

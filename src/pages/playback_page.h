@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/settings_page.h"
+#include "pages/playback_logic.h"
 
 // The Playback tab: peer-assisted networking asked per site or blocked for all.
 class PlaybackPage : public SettingsPage {
@@ -10,5 +11,9 @@ class PlaybackPage : public SettingsPage {
 
  protected:
   void SetTexts() override;
+  bool OnButtonClicked(int controlId) override;
   uint32_t LinkUrlId(int controlId) override;
+
+ private:
+  int index_ = kPlaybackAsk;
 };

@@ -22,7 +22,24 @@ void StoragePage::SetTexts() {
 }
 
 void StoragePage::RefreshFromSettings() {
-  WriteRadioGroup(IDC_STORAGE_ALLOW, ReadStorageIndex(objects_.settings));
+  index_ = ReadStorageIndex(objects_.settings);
+  WriteRadioGroup(IDC_STORAGE_ALLOW, index_);
+}
+
+bool StoragePage::OnButtonClicked(int controlId) {
+  switch (controlId) {
+    case IDC_STORAGE_ALLOW:
+    case IDC_STORAGE_ASK:
+    case IDC_STORAGE_BLOCK: {
+      const int previous = index_;
+      index_ =
+          ApplyStorageChoice(objects_.settings, *this, previous, ReadRadioGroup(IDC_STORAGE_ALLOW));
+      WriteRadioGroup(IDC_STORAGE_ALLOW, index_);
+      return true;
+    }
+    default:
+      return SettingsPage::OnButtonClicked(controlId);
+  }
 }
 
 uint32_t StoragePage::LinkUrlId(int controlId) {

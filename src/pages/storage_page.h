@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/settings_page.h"
+#include "pages/storage_logic.h"
 
 // The Storage tab: the default local-storage policy and the private-browsing help.
 class StoragePage : public SettingsPage {
@@ -10,5 +11,9 @@ class StoragePage : public SettingsPage {
 
  protected:
   void SetTexts() override;
+  bool OnButtonClicked(int controlId) override;
   uint32_t LinkUrlId(int controlId) override;
+
+ private:
+  int index_ = kStorageAllow;
 };

@@ -54,7 +54,31 @@ void UpdatesPage::SetTexts() {
 }
 
 void UpdatesPage::RefreshFromSettings() {
-  WriteRadioGroup(IDC_UPDATES_AUTOMATIC, ReadUpdateMode(objects_.adminConfig));
+  mode_ = ReadUpdateMode(objects_.adminConfig);
+  WriteRadioGroup(IDC_UPDATES_AUTOMATIC, mode_);
+}
+
+bool UpdatesPage::OnButtonClicked(int controlId) {
+  switch (controlId) {
+    case IDC_UPDATES_AUTOMATIC:
+    case IDC_UPDATES_NOTIFY:
+    case IDC_UPDATES_NEVER: {
+      const int previous = mode_;
+      mode_ = ApplyUpdatesChoice(objects_.system, &objects_.adminConfig, previous,
+                                 ReadRadioGroup(IDC_UPDATES_AUTOMATIC));
+      WriteRadioGroup(IDC_UPDATES_AUTOMATIC, mode_);
+      return true;
+    }
+    case IDC_UPDATES_CHANGE:
+      RelaunchElevated(objects_.system);
+      return true;
+    case IDC_UPDATES_CHECK_NOW:
+      // The vendor's update page; a missing address still makes the same call, with no target.
+      objects_.system.OpenUrl(window_, objects_.strings.GetString(13009));
+      return true;
+    default:
+      return SettingsPage::OnButtonClicked(controlId);
+  }
 }
 
 void UpdatesPage::AfterInit() {

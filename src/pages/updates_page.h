@@ -11,4 +11,9 @@ class UpdatesPage : public SettingsPage {
  protected:
   void SetTexts() override;
   void AfterInit() override;
+  bool OnButtonClicked(int controlId) override;
+
+ private:
+  // The mode the administrator file holds; -1 while no radio is checked.
+  int mode_ = 1;
 };
