@@ -6,6 +6,7 @@
 
 #include "platform/file_io.h"
 #include "platform/win32/utf16.h"
+#include "settings/settings_reader.h"
 
 namespace {
 
@@ -62,4 +63,40 @@ bool UiProfile::SetGlobal(const SettingValue& value) {
   // A fresh manager each time: it reads the file as it is now, like a second program.
   SMSettingsManager settings(*platform_);
   return settings.SetValue(SMSettingsManager::MasterDomain(), value);
+}
+
+bool UiProfile::AddSites(const std::vector<std::string>& sites) {
+  SMSettingsManager settings(*platform_);
+  bool added = true;
+  for (const std::string& site : sites) added = settings.AddSite(site) && added;
+  return added;
+}
+
+std::string UiProfile::SettingsFile(const std::string& domain) {
+  std::string folder = SMSettingsManager::SettingsFolderIn(*platform_);
+  if (domain == SMSettingsManager::MasterDomain()) return folder + "\\settings.sol";
+  return folder + "\\#" + domain + "\\settings.sol";
+}
+
+std::string UiProfile::FileBytes(const std::string& domain) {
+  return ReadWholeFile(SettingsFile(domain)).value_or("");
+}
+
+std::optional<SettingValue> UiProfile::Stored(const std::string& domain, const std::string& name) {
+  std::optional<std::string> bytes = ReadWholeFile(SettingsFile(domain));
+  if (!bytes) return std::nullopt;
+  std::string objectName;
+  std::unique_ptr<SettingsTable> table = SMSettingsReader(*bytes).Parse(&objectName);
+  const SettingValue* value = table ? table->Find(name) : nullptr;
+  if (value == nullptr) return std::nullopt;
+  return *value;
+}
+
+std::string UiProfile::StoredDataFile(const std::string& site) {
+  std::string folder = platform_->PlayerDataRoot() + "\\#SharedObjects";
+  for (const std::string& part : {std::string("QX7T2"), site}) {
+    platform_->CreateFolder(folder, part);
+    folder += "\\" + part;
+  }
+  return folder + "\\game.sol";
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/installed_players.h"
 #include "platform/win32/win32_platform.h"
@@ -21,10 +23,21 @@ class UiProfile {
   bool SetGlobal(const SettingValue& value);
   // The administrator file "tss.cfg" with these lines.
   bool WriteAdminConfig(const std::string& contents);
+  // Lists sites in the master settings, each with its settings file.
+  bool AddSites(const std::vector<std::string>& sites);
+  // A value of a settings file as it is on disk now (domain: a site or the master domain),
+  // read with the player's reader; nullopt when the file or the value is missing.
+  std::optional<SettingValue> Stored(const std::string& domain, const std::string& name);
+  // The bytes of a domain's settings file.
+  std::string FileBytes(const std::string& domain);
+  // A file of data a site stored, below the player's shared objects.
+  std::string StoredDataFile(const std::string& site);
   // No player, no settings and no administrator file.
   void Clear();
 
  private:
   Win32System system_;
+  std::string SettingsFile(const std::string& domain);
+
   std::unique_ptr<Win32PlatformServices> platform_;
 };

@@ -1,0 +1,196 @@
+// Clicks on the pages' radio buttons in the real program, checked in the files it writes and in
+// its controls.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "app_driver.h"
+#include "l10n/string_table.h"
+#include "pages/camera_mic_page_ids.h"
+#include "pages/playback_page_ids.h"
+#include "pages/storage_page_ids.h"
+#include "platform/file_io.h"
+#include "platform/win32/utf16.h"
+#include "platform/win32/win32_system.h"
+#include "ui_profile.h"
+
+namespace {
+
+const std::string kMaster = SMSettingsManager::MasterDomain();
+constexpr auto kWaitLimit = std::chrono::seconds(10);
+
+// Polls until the condition holds or the limit passes; the program works on its own thread.
+bool WaitFor(const std::function<bool()>& condition) {
+  auto deadline = std::chrono::steady_clock::now() + kWaitLimit;
+  while (std::chrono::steady_clock::now() < deadline) {
+    if (condition()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  return condition();
+}
+
+// Posted, so that a message box the click opens does not block the driver.
+void Click(HWND page, int controlId) {
+  PostMessageW(GetDlgItem(page, controlId), BM_CLICK, 0, 0);
+}
+
+struct BoxSearch {
+  DWORD processId;
+  HWND sheet;
+  HWND found;
+};
+
+BOOL CALLBACK FindMessageBox(HWND window, LPARAM parameter) {
+  auto* search = reinterpret_cast<BoxSearch*>(parameter);
+  DWORD owner = 0;
+  GetWindowThreadProcessId(window, &owner);
+  wchar_t className[16] = {};
+  GetClassNameW(window, className, 16);
+  if (owner == search->processId && window != search->sheet && IsWindowVisible(window) &&
+      wcscmp(className, L"#32770") == 0) {
+    search->found = window;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+// The message box the program shows over its sheet, or null when none appears in time.
+HWND WaitForMessageBox(HWND sheet) {
+  DWORD processId = 0;
+  GetWindowThreadProcessId(sheet, &processId);
+  BoxSearch search{processId, sheet, nullptr};
+  WaitFor([&] {
+    search.found = nullptr;
+    EnumWindows(&FindMessageBox, reinterpret_cast<LPARAM>(&search));
+    return search.found != nullptr;
+  });
+  return search.found;
+}
+
+std::wstring Text(uint32_t id) {
+  Win32System system;
+  SMUserLanguageStringTable strings(system);
+  const char* text = strings.GetString(id);
+  return text != nullptr ? ToUtf16(text).value_or(L"") : L"";
+}
+
+class ChoiceTest : public ::testing::Test {
+ protected:
+  void Launch(const std::wstring& arguments) {
+    std::string reason;
+    ASSERT_TRUE(app.Start(arguments, &reason)) << reason;
+  }
+  std::optional<double> Number(const std::string& domain, const std::string& name) {
+    std::optional<SettingValue> value = profile.Stored(domain, name);
+    if (!value || value->type() != kSettingNumber) return std::nullopt;
+    return value->number();
+  }
+  std::optional<bool> Boolean(const std::string& domain, const std::string& name) {
+    std::optional<SettingValue> value = profile.Stored(domain, name);
+    if (!value || value->type() != kSettingBoolean) return std::nullopt;
+    return value->boolean();
+  }
+
+  UiProfile profile;
+  AppUnderTest app;
+};
+
+TEST_F(ChoiceTest, PlaybackBlockIsStoredAndLocksTheBySiteButton) {
+  ASSERT_TRUE(profile.AddSites({"a.com"}));
+  Launch(L"startupdialog=playback");
+  const std::string siteBefore = profile.FileBytes("a.com");
+  HWND page = app.CurrentPage();
+  ASSERT_NE(GetDlgItem(page, IDC_P2P_BLOCK), nullptr);
+  HWND bySite = GetDlgItem(page, IDC_P2P_BY_SITE);
+  ASSERT_TRUE(IsWindowEnabled(bySite));
+
+  Click(page, IDC_P2P_BLOCK);
+  EXPECT_TRUE(WaitFor([&] { return Boolean(kMaster, "disallowP2PUplink") == true; }));
+  EXPECT_TRUE(WaitFor([&] { return !IsWindowEnabled(bySite); }));
+  EXPECT_TRUE(IsChecked(page, IDC_P2P_BLOCK));
+  EXPECT_FALSE(IsChecked(page, IDC_P2P_ASK));
+
+  Click(page, IDC_P2P_ASK);
+  EXPECT_TRUE(WaitFor([&] { return Boolean(kMaster, "disallowP2PUplink") == false; }));
+  EXPECT_TRUE(WaitFor([&] { return IsWindowEnabled(bySite) != FALSE; }));
+  EXPECT_TRUE(IsChecked(page, IDC_P2P_ASK));
+  // The sites' own peer-assisted answers are left as they were.
+  EXPECT_EQ(profile.FileBytes("a.com"), siteBefore);
+}
+
+TEST_F(ChoiceTest, CameraMicChoiceIsForcedOnEveryListedSite) {
+  const std::vector<std::string> sites = {"a.com", "b.org"};
+  ASSERT_TRUE(profile.AddSites(sites));
+  Launch(L"startupdialog=cammic");
+  HWND page = app.CurrentPage();
+  ASSERT_NE(GetDlgItem(page, IDC_CAMERA_MIC_BLOCK), nullptr);
+
+  const char* const names[] = {"always", "allow", "alwayssecure", "allowsecure"};
+  struct Step {
+    int controlId;
+    bool block;
+  };
+  for (const Step& step : {Step{IDC_CAMERA_MIC_BLOCK, true}, Step{IDC_CAMERA_MIC_ASK, false}}) {
+    Click(page, step.controlId);
+    ASSERT_TRUE(WaitFor([&] { return Boolean(kMaster, "defaultalways") == step.block; }));
+    // The sites are written after the master file.
+    const bool expected[] = {step.block, false, step.block, false};
+    for (const std::string& site : sites) {
+      for (int value = 0; value < 4; ++value) {
+        EXPECT_TRUE(WaitFor([&] { return Boolean(site, names[value]) == expected[value]; }))
+            << site << " " << names[value] << " block " << step.block;
+      }
+    }
+    EXPECT_TRUE(IsChecked(page, step.controlId));
+  }
+}
+
+TEST_F(ChoiceTest, StorageBlockAsksFirstThenDeletesAndStores) {
+  const std::vector<std::string> sites = {"a.com", "b.org"};
+  ASSERT_TRUE(profile.AddSites(sites));
+  const std::string storedData = profile.StoredDataFile("a.com");
+  {
+    std::FILE* file = OpenFileUtf8(storedData, "wb");
+    ASSERT_NE(file, nullptr);
+    std::fputs("progress", file);
+    std::fclose(file);
+  }
+  Launch(L"startupdialog=storage");
+  HWND page = app.CurrentPage();
+  ASSERT_NE(GetDlgItem(page, IDC_STORAGE_BLOCK), nullptr);
+  ASSERT_TRUE(IsChecked(page, IDC_STORAGE_ALLOW));
+  const std::string masterBefore = profile.FileBytes(kMaster);
+
+  // Cancel, the default button, changes nothing.
+  Click(page, IDC_STORAGE_BLOCK);
+  HWND box = WaitForMessageBox(app.sheet());
+  ASSERT_NE(box, nullptr) << "no confirmation";
+  EXPECT_EQ(WindowText(box), Text(21100));
+  EXPECT_NE(GetWindowLongW(GetDlgItem(box, IDCANCEL), GWL_STYLE) & BS_DEFPUSHBUTTON, 0);
+  PostMessageW(GetDlgItem(box, IDCANCEL), BM_CLICK, 0, 0);
+  ASSERT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+  EXPECT_TRUE(WaitFor([&] { return IsChecked(page, IDC_STORAGE_ALLOW); }));
+  EXPECT_FALSE(IsChecked(page, IDC_STORAGE_BLOCK));
+  EXPECT_EQ(profile.FileBytes(kMaster), masterBefore);
+  EXPECT_EQ(ReadWholeFile(storedData).value_or("missing"), "progress");
+
+  // OK blocks: the limit everywhere and the sites' data gone.
+  Click(page, IDC_STORAGE_BLOCK);
+  box = WaitForMessageBox(app.sheet());
+  ASSERT_NE(box, nullptr) << "no confirmation the second time";
+  PostMessageW(GetDlgItem(box, IDOK), BM_CLICK, 0, 0);
+  ASSERT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+  EXPECT_TRUE(WaitFor([&] { return Number(kMaster, "defaultklimit") == -1.0; }));
+  for (const std::string& site : sites) {
+    EXPECT_TRUE(WaitFor([&] { return Number(site, "klimit") == -1.0; })) << site;
+  }
+  EXPECT_FALSE(ReadWholeFile(storedData).has_value());
+  EXPECT_TRUE(IsChecked(page, IDC_STORAGE_BLOCK));
+}
+
+}  // namespace
