@@ -115,6 +115,12 @@ TEST_F(ChoiceTest, PlaybackBlockIsStoredAndLocksTheBySiteButton) {
   EXPECT_TRUE(IsChecked(page, IDC_P2P_BLOCK));
   EXPECT_FALSE(IsChecked(page, IDC_P2P_ASK));
 
+  // A click on the radio that is already checked stores the choice again, over what another
+  // program wrote in the meantime.
+  ASSERT_TRUE(profile.SetGlobal(SettingValue::Boolean("disallowP2PUplink", false)));
+  Click(page, IDC_P2P_BLOCK);
+  EXPECT_TRUE(WaitFor([&] { return Boolean(kMaster, "disallowP2PUplink") == true; }));
+
   Click(page, IDC_P2P_ASK);
   EXPECT_TRUE(WaitFor([&] { return Boolean(kMaster, "disallowP2PUplink") == false; }));
   EXPECT_TRUE(WaitFor([&] { return IsWindowEnabled(bySite) != FALSE; }));
