@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <filesystem>
 
 #include "platform/file_io.h"
 #include "platform/win32/utf16.h"
@@ -18,6 +19,11 @@ std::wstring KeyOf(PlayerKind kind) {
 
 UiProfile::UiProfile() : platform_(std::make_unique<Win32PlatformServices>(system_)) {
   Clear();
+  // The player has run here: its settings folder exists, though it holds no file yet. (The
+  // program creates at most one missing folder level per write, as the player does.)
+  std::error_code error;
+  std::filesystem::create_directories(
+      ToUtf16(SMSettingsManager::SettingsFolderIn(*platform_)).value_or(L""), error);
 }
 
 UiProfile::~UiProfile() {
