@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 
+#include "settings/settings_manager.h"
 #include "settings/settings_table.h"
 #include "settings/settings_writer.h"
 
@@ -20,18 +21,11 @@ void Save(const std::string& folder, const char* name, const SettingsTable& tabl
 
 SettingsTable GlobalDefaults(int siteCount) {
   SettingsTable table;
-  table.Insert(SettingValue::Boolean("defaultalways", false));
-  table.Insert(SettingValue::Boolean("crossdomainAlways", true));
-  table.Insert(SettingValue::Boolean("crossdomainAllow", false));
+  for (const SettingValue& value : SMSettingsManager::GlobalDefaults()) table.Insert(value);
+  // Replacing a value keeps its place in the table.
   SettingArray trusted;
   trusted.Append(SettingValue::Boolean("C:\\Users\\dev\\movie.swf", true));
   table.Insert(SettingValue::Array("trustedPaths", trusted));
-  table.Insert(SettingValue::Number("defaultklimit", 100));
-  table.Insert(SettingValue::Boolean("allowThirdPartyLSOAccess", true));
-  table.Insert(SettingValue::Number("secureCrossDomainCacheSize", -1));
-  table.Insert(SettingValue::Boolean("disallowP2PUplink", false));
-  table.Insert(SettingValue::Boolean("autoUpdateDisabled", false));
-  table.Insert(SettingValue::Number("autoUpdateInterval", 14));
   SettingArray domains;
   for (int i = 0; i < siteCount; ++i) {
     domains.Append(SettingValue::Boolean("site" + std::to_string(i) + ".example.com", true));
