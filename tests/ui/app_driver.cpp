@@ -1,6 +1,7 @@
 #include "app_driver.h"
 
 #include <chrono>
+#include <functional>
 #include <thread>
 
 #include "l10n/string_table.h"
@@ -9,37 +10,41 @@
 
 namespace {
 
-// The sheet's caption in the language the program will pick: the driver's own.
-std::wstring SheetCaption() {
-  Win32System system;
-  SMUserLanguageStringTable strings(system);
-  const char* caption = strings.GetString(12000);
-  return caption != nullptr ? ToUtf16(caption).value_or(L"") : L"";
-}
 constexpr auto kAppearTimeout = std::chrono::seconds(20);
 constexpr DWORD kCloseTimeoutMs = 5000;
 
-struct SheetSearch {
-  DWORD processId;
-  std::wstring caption;
-  HWND found;
-};
+}  // namespace
 
-BOOL CALLBACK FindSheetOfProcess(HWND window, LPARAM parameter) {
-  auto* search = reinterpret_cast<SheetSearch*>(parameter);
-  DWORD owner = 0;
-  GetWindowThreadProcessId(window, &owner);
-  wchar_t className[16] = {};
-  GetClassNameW(window, className, 16);
-  if (owner == search->processId && wcscmp(className, L"#32770") == 0 &&
-      WindowText(window) == search->caption && IsWindowVisible(window)) {
-    search->found = window;
-    return FALSE;
-  }
-  return TRUE;
+std::wstring UserText(uint32_t id) {
+  Win32System system;
+  SMUserLanguageStringTable strings(system);
+  const char* text = strings.GetString(id);
+  return text != nullptr ? ToUtf16(text).value_or(L"") : L"";
 }
 
-}  // namespace
+HWND FindDialogOfProcess(DWORD processId, const std::function<bool(HWND)>& accept) {
+  struct Search {
+    DWORD processId;
+    const std::function<bool(HWND)>& accept;
+    HWND found;
+  } search{processId, accept, nullptr};
+  EnumWindows(
+      [](HWND window, LPARAM parameter) -> BOOL {
+        auto* wanted = reinterpret_cast<Search*>(parameter);
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        wchar_t className[16] = {};
+        GetClassNameW(window, className, 16);
+        if (owner != wanted->processId || wcscmp(className, L"#32770") != 0 ||
+            !IsWindowVisible(window) || !wanted->accept(window)) {
+          return TRUE;
+        }
+        wanted->found = window;
+        return FALSE;
+      },
+      reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
 
 std::wstring AppPath() {
   std::wstring path = L"Z:" VP_APP_EXE_PATH;
@@ -77,13 +82,14 @@ bool AppUnderTest::Start(const std::wstring& arguments, std::string* reason) {
     *reason = "CreateProcess failed with error " + std::to_string(GetLastError());
     return false;
   }
-  const std::wstring caption = SheetCaption();
+  // The caption in the language the program will pick: the driver's own.
+  const std::wstring caption = UserText(12000);
   auto deadline = std::chrono::steady_clock::now() + kAppearTimeout;
   while (std::chrono::steady_clock::now() < deadline) {
-    SheetSearch search{process_.dwProcessId, caption, nullptr};
-    EnumWindows(&FindSheetOfProcess, reinterpret_cast<LPARAM>(&search));
-    if (search.found != nullptr) {
-      sheet_ = search.found;
+    HWND found = FindDialogOfProcess(process_.dwProcessId,
+                                     [&](HWND window) { return WindowText(window) == caption; });
+    if (found != nullptr) {
+      sheet_ = found;
       // The sheet is created; let it finish its first page.
       SendMessageW(sheet_, WM_NULL, 0, 0);
       return true;

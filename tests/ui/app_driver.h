@@ -5,6 +5,8 @@
 #include <commctrl.h>
 // clang-format on
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -36,6 +38,10 @@ class AppUnderTest {
   HWND sheet_ = nullptr;
 };
 
+// A text of the string table in the driver's language, which the program also picks.
+std::wstring UserText(uint32_t id);
+// A visible dialog window of the process that accept() takes, or null.
+HWND FindDialogOfProcess(DWORD processId, const std::function<bool(HWND)>& accept);
 // The built program, as the driver sees it inside Wine.
 std::wstring AppPath();
 std::wstring WindowText(HWND window);

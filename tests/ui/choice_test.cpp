@@ -39,44 +39,16 @@ void Click(HWND page, int controlId) {
   PostMessageW(GetDlgItem(page, controlId), BM_CLICK, 0, 0);
 }
 
-struct BoxSearch {
-  DWORD processId;
-  HWND sheet;
-  HWND found;
-};
-
-BOOL CALLBACK FindMessageBox(HWND window, LPARAM parameter) {
-  auto* search = reinterpret_cast<BoxSearch*>(parameter);
-  DWORD owner = 0;
-  GetWindowThreadProcessId(window, &owner);
-  wchar_t className[16] = {};
-  GetClassNameW(window, className, 16);
-  if (owner == search->processId && window != search->sheet && IsWindowVisible(window) &&
-      wcscmp(className, L"#32770") == 0) {
-    search->found = window;
-    return FALSE;
-  }
-  return TRUE;
-}
-
 // The message box the program shows over its sheet, or null when none appears in time.
 HWND WaitForMessageBox(HWND sheet) {
   DWORD processId = 0;
   GetWindowThreadProcessId(sheet, &processId);
-  BoxSearch search{processId, sheet, nullptr};
+  HWND found = nullptr;
   WaitFor([&] {
-    search.found = nullptr;
-    EnumWindows(&FindMessageBox, reinterpret_cast<LPARAM>(&search));
-    return search.found != nullptr;
+    found = FindDialogOfProcess(processId, [&](HWND window) { return window != sheet; });
+    return found != nullptr;
   });
-  return search.found;
-}
-
-std::wstring Text(uint32_t id) {
-  Win32System system;
-  SMUserLanguageStringTable strings(system);
-  const char* text = strings.GetString(id);
-  return text != nullptr ? ToUtf16(text).value_or(L"") : L"";
+  return found;
 }
 
 class ChoiceTest : public ::testing::Test {
@@ -176,7 +148,7 @@ TEST_F(ChoiceTest, StorageBlockAsksFirstThenDeletesAndStores) {
   Click(page, IDC_STORAGE_BLOCK);
   HWND box = WaitForMessageBox(app.sheet());
   ASSERT_NE(box, nullptr) << "no confirmation";
-  EXPECT_EQ(WindowText(box), Text(21100));
+  EXPECT_EQ(WindowText(box), UserText(21100));
   EXPECT_NE(GetWindowLongW(GetDlgItem(box, IDCANCEL), GWL_STYLE) & BS_DEFPUSHBUTTON, 0);
   PostMessageW(GetDlgItem(box, IDCANCEL), BM_CLICK, 0, 0);
   ASSERT_TRUE(WaitFor([&] { return !IsWindow(box); }));
