@@ -1,5 +1,6 @@
 #include "app_driver.h"
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <thread>
@@ -18,42 +19,6 @@ constexpr auto kCloseLimit = std::chrono::seconds(5);
 DWORD Milliseconds(std::chrono::milliseconds limit) {
   return static_cast<DWORD>(ScaledTimeout(limit).count());
 }
-
-// A block of memory in the process that owns a window, for messages that carry pointers.
-class RemoteMemory {
- public:
-  RemoteMemory(HWND window, size_t size) : size_(size) {
-    DWORD processId = 0;
-    GetWindowThreadProcessId(window, &processId);
-    process_ =
-        OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId);
-    if (process_ != nullptr) {
-      address_ = VirtualAllocEx(process_, nullptr, size, MEM_COMMIT, PAGE_READWRITE);
-    }
-  }
-  ~RemoteMemory() {
-    if (address_ != nullptr) VirtualFreeEx(process_, address_, 0, MEM_RELEASE);
-    if (process_ != nullptr) CloseHandle(process_);
-  }
-  RemoteMemory(const RemoteMemory&) = delete;
-  RemoteMemory& operator=(const RemoteMemory&) = delete;
-
-  bool valid() const { return address_ != nullptr; }
-  char* address() const { return static_cast<char*>(address_); }
-  bool Write(size_t offset, const void* bytes, size_t count) {
-    return offset + count <= size_ &&
-           WriteProcessMemory(process_, address() + offset, bytes, count, nullptr);
-  }
-  bool Read(size_t offset, void* bytes, size_t count) const {
-    return offset + count <= size_ &&
-           ReadProcessMemory(process_, address() + offset, bytes, count, nullptr);
-  }
-
- private:
-  HANDLE process_ = nullptr;
-  void* address_ = nullptr;
-  size_t size_;
-};
 
 }  // namespace
 
@@ -82,50 +47,6 @@ bool Answer(HWND dialog, int buttonId) {
   if (GetDlgItem(dialog, buttonId) == nullptr) return false;
   Click(dialog, buttonId);
   return WaitFor([&] { return !IsWindow(dialog); });
-}
-
-int ListViewCount(HWND list) {
-  return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
-}
-
-std::wstring ListViewText(HWND list, int item, int column) {
-  constexpr size_t kChars = 1024;
-  RemoteMemory memory(list, sizeof(LVITEMW) + kChars * sizeof(wchar_t));
-  if (!memory.valid()) return L"";
-  LVITEMW request{};
-  request.iSubItem = column;
-  request.cchTextMax = kChars;
-  request.pszText = reinterpret_cast<wchar_t*>(memory.address() + sizeof(LVITEMW));
-  if (!memory.Write(0, &request, sizeof request)) return L"";
-  SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(item),
-               reinterpret_cast<LPARAM>(memory.address()));
-  std::wstring text(kChars, L'\0');
-  if (!memory.Read(sizeof(LVITEMW), text.data(), kChars * sizeof(wchar_t))) return L"";
-  text.resize(wcsnlen(text.c_str(), kChars));
-  return text;
-}
-
-std::vector<std::wstring> ListViewColumn(HWND list, int column) {
-  std::vector<std::wstring> texts;
-  for (int item = 0, count = ListViewCount(list); item < count; ++item) {
-    texts.push_back(ListViewText(list, item, column));
-  }
-  return texts;
-}
-
-bool ListViewSelect(HWND list, int item) {
-  RemoteMemory memory(list, sizeof(LVITEMW));
-  if (!memory.valid()) return false;
-  LVITEMW state{};
-  state.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-  // Clear every selection first, then select the one item.
-  if (!memory.Write(0, &state, sizeof state)) return false;
-  SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
-               reinterpret_cast<LPARAM>(memory.address()));
-  state.state = LVIS_SELECTED | LVIS_FOCUSED;
-  if (!memory.Write(0, &state, sizeof state)) return false;
-  return SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(item),
-                      reinterpret_cast<LPARAM>(memory.address())) != 0;
 }
 
 std::wstring UserText(uint32_t id) {
@@ -266,4 +187,99 @@ HWND AppUnderTest::WaitForDialog(const std::function<bool(HWND)>& accept) const 
 
 HWND AppUnderTest::WaitForMessageBox() const {
   return WaitForDialog([](HWND) { return true; });
+}
+
+namespace {
+
+// A block of memory inside the process that owns a window.
+class RemoteBlock {
+ public:
+  RemoteBlock(HWND window, size_t bytes) : bytes_(bytes) {
+    DWORD processId = 0;
+    GetWindowThreadProcessId(window, &processId);
+    process_ =
+        OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId);
+    if (process_ != nullptr) {
+      address_ = VirtualAllocEx(process_, nullptr, bytes, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+    }
+  }
+  ~RemoteBlock() {
+    if (address_ != nullptr) VirtualFreeEx(process_, address_, 0, MEM_RELEASE);
+    if (process_ != nullptr) CloseHandle(process_);
+  }
+  RemoteBlock(const RemoteBlock&) = delete;
+  RemoteBlock& operator=(const RemoteBlock&) = delete;
+
+  bool valid() const { return address_ != nullptr; }
+  char* at(size_t offset) const { return static_cast<char*>(address_) + offset; }
+  bool Write(size_t offset, const void* data, size_t size) {
+    return offset + size <= bytes_ &&
+           WriteProcessMemory(process_, at(offset), data, size, nullptr) != 0;
+  }
+  bool Read(size_t offset, void* data, size_t size) {
+    return offset + size <= bytes_ &&
+           ReadProcessMemory(process_, at(offset), data, size, nullptr) != 0;
+  }
+
+ private:
+  HANDLE process_ = nullptr;
+  void* address_ = nullptr;
+  size_t bytes_;
+};
+
+// Longer than any path the tests store.
+constexpr size_t kRowTextCapacity = 4096;
+
+}  // namespace
+
+int ListRowCount(HWND list) {
+  return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+}
+
+std::wstring ListRowText(HWND list, int row) {
+  RemoteBlock block(list, sizeof(LVITEMW) + kRowTextCapacity * sizeof(wchar_t));
+  if (!block.valid()) return L"";
+  LVITEMW item{};
+  item.iSubItem = 0;
+  item.pszText = reinterpret_cast<wchar_t*>(block.at(sizeof item));
+  item.cchTextMax = static_cast<int>(kRowTextCapacity);
+  block.Write(0, &item, sizeof item);
+  auto length = static_cast<size_t>(SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
+                                                 reinterpret_cast<LPARAM>(block.at(0))));
+  std::wstring text(std::min(length, kRowTextCapacity - 1), L'\0');
+  block.Read(sizeof item, text.data(), text.size() * sizeof(wchar_t));
+  return text;
+}
+
+std::vector<std::wstring> ListRows(HWND list) {
+  std::vector<std::wstring> rows;
+  for (int row = 0; row < ListRowCount(list); ++row) rows.push_back(ListRowText(list, row));
+  return rows;
+}
+
+void SelectListRows(HWND list, const std::vector<int>& rows) {
+  RemoteBlock block(list, sizeof(LVITEMW));
+  if (!block.valid()) return;
+  LVITEMW item{};
+  item.stateMask = LVIS_SELECTED;
+  item.state = 0;
+  block.Write(0, &item, sizeof item);
+  // Row -1 stands for every row.
+  SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
+               reinterpret_cast<LPARAM>(block.at(0)));
+  item.state = LVIS_SELECTED;
+  block.Write(0, &item, sizeof item);
+  for (int row : rows) {
+    SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(block.at(0)));
+  }
+}
+
+bool EditListRow(HWND list, int row, const std::wstring& text) {
+  auto edit =
+      reinterpret_cast<HWND>(SendMessageW(list, LVM_EDITLABELW, static_cast<WPARAM>(row), 0));
+  if (edit == nullptr) return false;
+  SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+  SendMessageW(edit, WM_KEYDOWN, VK_RETURN, 0);
+  return true;
 }

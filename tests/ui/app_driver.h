@@ -65,14 +65,6 @@ void Click(HWND dialog, int controlId);
 // the window to go; false when it stays.
 [[nodiscard]] bool Answer(HWND dialog, int buttonId);
 
-// List views of another process: the messages carry pointers, so the item and its text buffer
-// live in the program's memory.
-int ListViewCount(HWND list);
-std::wstring ListViewText(HWND list, int item, int column = 0);
-std::vector<std::wstring> ListViewColumn(HWND list, int column = 0);
-// Selects and focuses one item, as a click on it would.
-bool ListViewSelect(HWND list, int item);
-
 // A text of the string table in the driver's language, which the program also picks.
 std::wstring UserText(uint32_t id);
 // A visible dialog window of the process that accept() takes, or null.
@@ -82,3 +74,14 @@ std::wstring AppPath();
 std::wstring WindowText(HWND window);
 LONG ExtendedStyle(HWND window);
 bool IsChecked(HWND page, int controlId);
+
+// List views of the program, driven from the test's process: messages that carry a pointer get
+// one into memory allocated inside the program's process.
+int ListRowCount(HWND list);
+std::wstring ListRowText(HWND list, int row);
+std::vector<std::wstring> ListRows(HWND list);
+// Selects exactly these rows.
+void SelectListRows(HWND list, const std::vector<int>& rows);
+// Starts editing a row's label, replaces the text and ends the edit with Enter, as a user
+// would; false when the list did not start an edit.
+bool EditListRow(HWND list, int row, const std::wstring& text);
