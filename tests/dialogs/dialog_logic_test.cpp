@@ -309,21 +309,11 @@ TEST(TrustedLocations, OddValuesAreListedAsFarAsPossibleAndNotRewrittenByReading
 }
 
 TEST(TrustedLocations, PickersHandBackThePathUpToItsTerminator) {
-  const std::wstring filter = PickerFilter(L"VTM Files (*.vtm)", L"*.vtm");
-  EXPECT_EQ(filter, std::wstring(L"VTM Files (*.vtm)\0*.vtm\0\0", 25));
-
-  const wchar_t picked[] = L"C:\\dev\\game.vtm\0C:\\stale\\longer.vtm";
-  const wchar_t unterminated[] = {L'C', L':', L'\\', L'x'};
-  struct Case {
-    const wchar_t* buffer;
-    size_t capacity;
-    std::wstring text;
-  };
-  const Case cases[] = {
-      {picked, sizeof picked / sizeof picked[0], L"C:\\dev\\game.vtm"},
-      {unterminated, 4, L"C:\\x"},
-      {L"", 1, L""},
-      {nullptr, 0, L""},
-  };
-  for (const Case& c : cases) EXPECT_EQ(PickedPathText(c.buffer, c.capacity), c.text);
+  EXPECT_EQ(PickerFilter(L"VTM Files (*.vtm)", L"*.vtm"),
+            std::wstring(L"VTM Files (*.vtm)\0*.vtm\0\0", 25));
+  // A shorter path picked over a longer one leaves the old tail behind its terminator.
+  const wchar_t picked[] = L"C:\\dev\\a.vtm\0C:\\stale\\longer.vtm";
+  EXPECT_EQ(PickedPathText(picked, std::size(picked)), L"C:\\dev\\a.vtm");
+  EXPECT_EQ(PickedPathText(L"C:\\xyz", 4), L"C:\\x");  // no terminator inside the buffer
+  EXPECT_EQ(PickedPathText(nullptr, 0), L"");
 }

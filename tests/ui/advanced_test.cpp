@@ -127,11 +127,9 @@ TEST_F(AdvancedTest, DeauthorizeDeletesTheLicencesOnlyAfterOk) {
   EXPECT_TRUE(fs::exists(siteData) && fs::exists(assetFile));
 }
 
-TEST_F(AdvancedTest, ClearDataCancelKeepsEverythingAndALockedLicenceIsReported) {
+TEST_F(AdvancedTest, ClearDataFromBothPagesWithCancelAndALockedLicence) {
   ASSERT_TRUE(app.Start(L"startupdialog=advanced"));
-  HWND page = app.CurrentPage();
-
-  Click(page, IDC_ADVANCED_DELETE_ALL);
+  Click(app.CurrentPage(), IDC_ADVANCED_DELETE_ALL);
   HWND dialog = WaitForWindow(71000);
   ASSERT_NE(dialog, nullptr);
   EXPECT_TRUE(IsChecked(dialog, IDC_CLEAR_SITE_DATA));
@@ -140,7 +138,8 @@ TEST_F(AdvancedTest, ClearDataCancelKeepsEverythingAndALockedLicenceIsReported) 
   ASSERT_TRUE(WaitUntilClosed(dialog));
   EXPECT_TRUE(fs::exists(siteData) && fs::exists(assetFile) && fs::exists(licenceFile));
 
-  Click(page, IDC_ADVANCED_DELETE_ALL);
+  // The Storage page's "Delete All…" opens the same dialog.
+  Click(app.SelectTab(0), IDC_STORAGE_DELETE_ALL);
   dialog = WaitForWindow(71000);
   ASSERT_NE(dialog, nullptr);
   Click(dialog, IDC_CLEAR_LICENSES);
@@ -152,8 +151,7 @@ TEST_F(AdvancedTest, ClearDataCancelKeepsEverythingAndALockedLicenceIsReported) 
   ASSERT_NE(box, nullptr);
   EXPECT_EQ(WindowText(GetDlgItem(box, kMessageBoxTextId)), UserText(11502));
   // The site data went first and is gone although the licences could not go.
-  EXPECT_FALSE(fs::exists(siteData));
-  EXPECT_FALSE(fs::exists(assetFile));
+  EXPECT_FALSE(fs::exists(siteData) || fs::exists(assetFile));
   ASSERT_TRUE(Answer(box, IDOK));
   EXPECT_TRUE(WaitUntilClosed(dialog));
   EXPECT_TRUE(fs::exists(licenceFile));
@@ -162,28 +160,20 @@ TEST_F(AdvancedTest, ClearDataCancelKeepsEverythingAndALockedLicenceIsReported) 
   EXPECT_TRUE(domains->array().empty());
 }
 
-TEST_F(AdvancedTest, StoragePageDeleteAllOpensTheSameDialog) {
-  ASSERT_TRUE(app.Start(L"startupdialog=storage"));
-  Click(app.CurrentPage(), IDC_STORAGE_DELETE_ALL);
-  HWND dialog = WaitForWindow(71000);
-  ASSERT_NE(dialog, nullptr);
-  Click(dialog, IDC_CLEAR_DATA_DELETE);
-  ASSERT_TRUE(WaitUntilClosed(dialog));
-  EXPECT_FALSE(fs::exists(siteData));
-  EXPECT_FALSE(fs::exists(assetFile));
-  EXPECT_TRUE(fs::exists(licenceFile));
-}
-
 TEST_F(AdvancedTest, TrustedLocationsAddEditAndRemove) {
   const std::wstring game = L"C:\\dev\\game.vtm";
   const std::wstring accented = L"D:\\Entw\u00fcrfe\\\u6e2c\u8a66";
   const std::wstring longPath = L"C:\\" + std::wstring(280, L'x') + L"\\long.vtm";
+  // A setting of another type lists nothing and is not rewritten by opening; Add replaces it.
+  ASSERT_TRUE(profile.SetGlobal(SettingValue::String("trustedPaths", "C:\\text")));
   ASSERT_TRUE(app.Start(L"startupdialog=advanced"));
+  const std::string before = profile.FileBytes(kMaster);
   Click(app.CurrentPage(), IDC_TRUSTED_LOCATIONS);
   HWND trusted = WaitForWindow(81000);
   ASSERT_NE(trusted, nullptr);
   HWND list = GetDlgItem(trusted, IDC_TRUSTED_LIST);
   EXPECT_EQ(ListRowCount(list), 0);
+  EXPECT_EQ(profile.FileBytes(kMaster), before);
 
   AddLocation(trusted, game, true);
   AddLocation(trusted, accented, false);
@@ -192,19 +182,6 @@ TEST_F(AdvancedTest, TrustedLocationsAddEditAndRemove) {
   EXPECT_EQ(ListRows(list), (std::vector<std::wstring>{game, accented, longPath}));
   const std::vector<std::string> added{ToUtf8(game).value(), ToUtf8(accented).value(),
                                        ToUtf8(longPath).value()};
-  EXPECT_EQ(TrustedOnDisk(), added);
-
-  // Cancel adds nothing; an emptied edit disables "Confirm" again.
-  Click(trusted, IDC_TRUSTED_ADD);
-  HWND dialog = WaitForWindow(84000);
-  ASSERT_NE(dialog, nullptr);
-  HWND edit = GetDlgItem(dialog, IDC_ADD_LOCATION_PATH);
-  SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"C:\\x"));
-  EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
-  SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L""));
-  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
-  Click(dialog, IDCANCEL);
-  ASSERT_TRUE(WaitUntilClosed(dialog));
   EXPECT_EQ(TrustedOnDisk(), added);
 
   // In place: an empty text and a name already listed put the former text back.
@@ -224,19 +201,6 @@ TEST_F(AdvancedTest, TrustedLocationsAddEditAndRemove) {
 
   Click(trusted, IDC_TRUSTED_CLOSE);
   EXPECT_TRUE(WaitUntilClosed(trusted));
-}
-
-TEST_F(AdvancedTest, TrustedPathsOfAnotherTypeAreNotRewrittenByOpening) {
-  ASSERT_TRUE(profile.SetGlobal(SettingValue::String("trustedPaths", "C:\\text")));
-  ASSERT_TRUE(app.Start(L"startupdialog=advanced"));
-  const std::string before = profile.FileBytes(kMaster);
-  Click(app.CurrentPage(), IDC_TRUSTED_LOCATIONS);
-  HWND trusted = WaitForWindow(81000);
-  ASSERT_NE(trusted, nullptr);
-  EXPECT_EQ(ListRowCount(GetDlgItem(trusted, IDC_TRUSTED_LIST)), 0);
-  Click(trusted, IDC_TRUSTED_CLOSE);
-  ASSERT_TRUE(WaitUntilClosed(trusted));
-  EXPECT_EQ(profile.FileBytes(kMaster), before);
 }
 
 }  // namespace
