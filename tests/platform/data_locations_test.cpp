@@ -156,7 +156,7 @@ TEST(DataLocations, PathsAreCutAt259UnitsAndAFailedConversionIsTriedAgain) {
     EXPECT_EQ(platform->AssetCacheFolder(), c.assetCache);
     EXPECT_EQ(platform->PlayerDataRoot(), c.dataRoot);
     // A failed conversion caches nothing: the next call with a good folder gives the path.
-    profile.system.roamingAppData = "R";
-    EXPECT_EQ(platform->AssetCacheFolder(), c.assetCache.empty() ? "R" + suffix : c.assetCache);
+    profile.system.roamingAppData = b225;
+    EXPECT_EQ(platform->AssetCacheFolder(), c.assetCache.empty() ? b225 + suffix : c.assetCache);
   }
 }
