@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
+#include "input_properties.h"
 #include "platform/file_io.h"
 #include "support/temp_folder.h"
 
@@ -134,4 +136,16 @@ TEST(AdminConfig, WriteAndReloadRoundTripsThroughTheFile) {
   ASSERT_TRUE(config.Load());
   EXPECT_EQ(config.entries(),
             (Entries{{"Zeta", "9"}, {"AutoUpdateDisable", "1"}, {"SilentAutoUpdateEnable", "0"}}));
+}
+
+// The fuzzer's seed corpus through the fuzzer's own property, on every platform the tests run on.
+TEST(AdminConfigCorpus, EveryFileReadsBackTheSame) {
+  int replayed = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(VP_ADMINCFG_CORPUS)) {
+    std::string whyNot;
+    EXPECT_TRUE(AdminConfigReadBackHolds(ReadFileBytes(entry.path()), &whyNot))
+        << PathToUtf8(entry.path()) << ": " << whyNot;
+    ++replayed;
+  }
+  EXPECT_GE(replayed, 6);
 }
