@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "app/user_prompts.h"
 #include "pages/camera_mic_logic.h"
 #include "pages/playback_logic.h"
 #include "pages/storage_logic.h"
@@ -15,6 +14,7 @@
 #include "platform/update_service.h"
 #include "settings/settings_manager.h"
 #include "settings/settings_reader.h"
+#include "support/recording_prompts.h"
 #include "support/test_profile.h"
 
 namespace fs = std::filesystem;
@@ -22,26 +22,6 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string kMaster = SMSettingsManager::MasterDomain();
-
-// Answers confirmations from a script and records what was asked.
-class ScriptedPrompts : public SMUserPrompts {
- public:
-  explicit ScriptedPrompts(std::vector<bool> answers = {}) : answers_(std::move(answers)) {}
-  bool ConfirmBox(uint32_t textId1, uint32_t textId2, uint32_t captionId) override {
-    asked.push_back({textId1, textId2, captionId});
-    if (asked.size() > answers_.size()) {
-      ADD_FAILURE() << "unexpected confirmation";
-      return false;
-    }
-    return answers_[asked.size() - 1];
-  }
-  void ErrorBox(uint32_t, uint32_t) override { ADD_FAILURE() << "unexpected error box"; }
-
-  std::vector<std::vector<uint32_t>> asked;
-
- private:
-  std::vector<bool> answers_;
-};
 
 // A profile whose master file lists the given sites, each with its settings file.
 struct SitesProfile : TestProfile {
@@ -78,18 +58,18 @@ TEST(StorageChoiceTest, EachChoiceStoresTheLimitEverywhere) {
   struct Case {
     int previous;
     int chosen;
-    std::vector<bool> answers;
+    bool asked;  // the confirmation, answered OK
     int shown;
     double limit;
     bool dataDeleted;
   };
   const Case cases[] = {
-      {kStorageAllow, kStorageBlock, {true}, kStorageBlock, -1.0, true},
-      {kStorageBlock, kStorageAsk, {}, kStorageAsk, 0.0, false},
-      {kStorageAsk, kStorageAllow, {}, kStorageAllow, 100.0, false},
+      {kStorageAllow, kStorageBlock, true, kStorageBlock, -1.0, true},
+      {kStorageBlock, kStorageAsk, false, kStorageAsk, 0.0, false},
+      {kStorageAsk, kStorageAllow, false, kStorageAllow, 100.0, false},
       // No radio checked stores what Allow stores; a click on the checked radio writes again.
-      {kStorageAsk, -1, {}, -1, 100.0, false},
-      {kStorageAsk, kStorageAsk, {}, kStorageAsk, 0.0, false},
+      {kStorageAsk, -1, false, -1, 100.0, false},
+      {kStorageAsk, kStorageAsk, false, kStorageAsk, 0.0, false},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE("chosen " + std::to_string(test.chosen));
@@ -101,13 +81,12 @@ TEST(StorageChoiceTest, EachChoiceStoresTheLimitEverywhere) {
       ASSERT_TRUE(setup.SetValue("b.org", SettingValue::Number("klimit", 10)));
     }
     SMSettingsManager settings(*profile.platform);
-    ScriptedPrompts prompts(test.answers);
+    RecordingPrompts prompts(true);
     EXPECT_EQ(ApplyStorageChoice(settings, prompts, test.previous, test.chosen), test.shown);
 
-    EXPECT_EQ(prompts.asked.size(), test.answers.size());
-    if (!prompts.asked.empty()) {
-      EXPECT_EQ(prompts.asked[0], (std::vector<uint32_t>{21102, 21103, 21100}));
-    }
+    const std::vector<std::vector<uint32_t>> confirmation{{21102, 21103, 21100}};
+    EXPECT_EQ(prompts.confirmations, test.asked ? confirmation : decltype(confirmation){});
+    EXPECT_TRUE(prompts.errors.empty());
     EXPECT_EQ(profile.Number(kMaster, "defaultklimit"), test.limit);
     for (const std::string& site : kThreeSites) {
       EXPECT_EQ(profile.Number(site, "klimit"), test.limit) << site;
@@ -122,10 +101,10 @@ TEST(StorageChoiceTest, CancelledBlockChangesNothing) {
   SMSettingsManager settings(*profile.platform);
   const std::string masterBefore = ReadFileBytes(profile.MasterFile());
   const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
-  ScriptedPrompts prompts({false});
+  RecordingPrompts prompts(false);
 
   EXPECT_EQ(ApplyStorageChoice(settings, prompts, kStorageAsk, kStorageBlock), kStorageAsk);
-  EXPECT_EQ(prompts.asked.size(), 1u);
+  EXPECT_EQ(prompts.confirmations.size(), 1u);
   EXPECT_EQ(ReadFileBytes(profile.MasterFile()), masterBefore);
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("a.com")), siteBefore);
   EXPECT_EQ(ReadFileBytes(profile.StoredSiteData()), "progress");
@@ -141,9 +120,10 @@ TEST(StorageChoiceTest, FailedSiteWriteStillVisitsEverySite) {
     sites.Append(SettingValue::Boolean(name, true));
   }
   ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Array("domains", sites)));
-  ScriptedPrompts prompts;
+  RecordingPrompts prompts;
 
   EXPECT_EQ(ApplyStorageChoice(settings, prompts, kStorageAllow, kStorageAsk), kStorageAllow);
+  EXPECT_TRUE(prompts.confirmations.empty() && prompts.errors.empty());
   // The values already written stay written.
   EXPECT_EQ(profile.Number(kMaster, "defaultklimit"), 0.0);
   EXPECT_EQ(profile.Number("a.com", "klimit"), 0.0);
@@ -213,7 +193,7 @@ TEST(PageChoiceTest, FailedMasterWriteTouchesNoSite) {
     const fs::path moved = profile.temp.path() / "moved";
     fs::rename(profile.SettingsFolder(), moved);
     WriteFileBytes(profile.SettingsFolder(), "not a folder");
-    ScriptedPrompts prompts({true});
+    RecordingPrompts prompts(true);
 
     EXPECT_EQ(apply(settings, prompts), shown);
     EXPECT_EQ(ReadFileBytes(moved / "#a.com" / "settings.sol"), siteBefore) << shown;
