@@ -51,7 +51,8 @@ void BuildPages(SMSystem& system, CentralObjects& central, SMSheetFrame& frame,
                 bool updatesWanted) {
   SMAppObjects objects{system, *central.settings, *central.strings, *central.adminConfig,
                        *central.privateData};
-  frame.CreateSheet(CopyOrEmpty(central.strings->GetString(kSheetCaptionId)));
+  frame.CreateSheet(CopyOrEmpty(central.strings->GetString(kSheetCaptionId)),
+                    IsRightToLeftLanguage(system.UserDefaultUILanguage()));
   for (SMPageKind kind : kConstructionOrder) {
     // Asked again for every page, as the sheet does for itself.
     bool rightToLeft = IsRightToLeftLanguage(system.UserDefaultUILanguage());

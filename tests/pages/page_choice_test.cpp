@@ -57,14 +57,10 @@ struct SitesProfile : TestProfile {
     return tables_.back() ? tables_.back()->Find(name) : nullptr;
   }
   std::optional<double> Number(const std::string& domain, const std::string& name) {
-    const SettingValue* value = Stored(domain, name);
-    if (value == nullptr || value->type() != kSettingNumber) return std::nullopt;
-    return value->number();
+    return ValueAs<double>(Stored(domain, name));
   }
   std::optional<bool> Boolean(const std::string& domain, const std::string& name) {
-    const SettingValue* value = Stored(domain, name);
-    if (value == nullptr || value->type() != kSettingBoolean) return std::nullopt;
-    return value->boolean();
+    return ValueAs<bool>(Stored(domain, name));
   }
   // Makes every later write of a settings file fail: the settings folder becomes a file.
   void BreakSettingsFolder() {
