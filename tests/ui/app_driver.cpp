@@ -138,3 +138,97 @@ HWND AppUnderTest::SelectTab(int index) const {
   SendMessageW(sheet_, PSM_SETCURSEL, static_cast<WPARAM>(index), 0);
   return CurrentPage();
 }
+
+namespace {
+
+// Memory in the process that owns a window, released at the end of the scope.
+class RemoteBuffer {
+ public:
+  RemoteBuffer(HWND window, size_t bytes) : bytes_(bytes) {
+    DWORD processId = 0;
+    GetWindowThreadProcessId(window, &processId);
+    process_ =
+        OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId);
+    if (process_ != nullptr) {
+      address_ = VirtualAllocEx(process_, nullptr, bytes, MEM_COMMIT, PAGE_READWRITE);
+    }
+  }
+  ~RemoteBuffer() {
+    if (address_ != nullptr) VirtualFreeEx(process_, address_, 0, MEM_RELEASE);
+    if (process_ != nullptr) CloseHandle(process_);
+  }
+  RemoteBuffer(const RemoteBuffer&) = delete;
+  RemoteBuffer& operator=(const RemoteBuffer&) = delete;
+
+  bool valid() const { return address_ != nullptr; }
+  char* address() const { return static_cast<char*>(address_); }
+  bool Write(size_t offset, const void* data, size_t size) {
+    return offset + size <= bytes_ &&
+           WriteProcessMemory(process_, address() + offset, data, size, nullptr);
+  }
+  bool Read(size_t offset, void* data, size_t size) {
+    return offset + size <= bytes_ &&
+           ReadProcessMemory(process_, address() + offset, data, size, nullptr);
+  }
+
+ private:
+  HANDLE process_ = nullptr;
+  void* address_ = nullptr;
+  size_t bytes_;
+};
+
+}  // namespace
+
+std::wstring ListViewText(HWND list, int row, int column) {
+  constexpr size_t kChars = 1024;
+  RemoteBuffer remote(list, sizeof(LVITEMW) + kChars * sizeof(wchar_t));
+  if (!remote.valid()) return L"";
+  LVITEMW item{};
+  item.iSubItem = column;
+  item.cchTextMax = kChars;
+  item.pszText = reinterpret_cast<wchar_t*>(remote.address() + sizeof(LVITEMW));
+  remote.Write(0, &item, sizeof item);
+  SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
+               reinterpret_cast<LPARAM>(remote.address()));
+  std::wstring text(kChars, L'\0');
+  remote.Read(sizeof(LVITEMW), text.data(), kChars * sizeof(wchar_t));
+  text.resize(wcsnlen(text.c_str(), kChars));
+  return text;
+}
+
+int ListViewRowCount(HWND list) {
+  return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+}
+
+std::vector<int> ListViewSelectedRows(HWND list) {
+  std::vector<int> rows;
+  int row = -1;
+  while ((row = static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, row, LVNI_SELECTED))) >= 0) {
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+void SetListViewRowState(HWND list, int row, UINT state, UINT mask) {
+  RemoteBuffer remote(list, sizeof(LVITEMW));
+  LVITEMW item{};
+  item.state = state;
+  item.stateMask = mask;
+  if (!remote.valid() || !remote.Write(0, &item, sizeof item)) return;
+  SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row),
+               reinterpret_cast<LPARAM>(remote.address()));
+}
+
+void ChooseComboItem(HWND dialog, int comboId, int item) {
+  HWND combo = GetDlgItem(dialog, comboId);
+  SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
+  SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(comboId, CBN_SELCHANGE),
+               reinterpret_cast<LPARAM>(combo));
+}
+
+HWND FocusOfThread(HWND window) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+  return info.hwndFocus;
+}

@@ -47,3 +47,15 @@ std::wstring AppPath();
 std::wstring WindowText(HWND window);
 LONG ExtendedStyle(HWND window);
 bool IsChecked(HWND page, int controlId);
+
+// A list view row's text in another process: the item and its text buffer are placed in the
+// list's own process, as the list writes through the pointers it is given.
+std::wstring ListViewText(HWND list, int row, int column);
+int ListViewRowCount(HWND list);
+std::vector<int> ListViewSelectedRows(HWND list);
+// Sets the selected (and focused) state of one row, or of every row with row -1.
+void SetListViewRowState(HWND list, int row, UINT state, UINT mask);
+// Picks a combo item as the user does: the selection, then CBN_SELCHANGE to the dialog.
+void ChooseComboItem(HWND dialog, int comboId, int item);
+// The window that has the keyboard focus in the thread that owns window.
+HWND FocusOfThread(HWND window);
