@@ -7,7 +7,8 @@ Every problem is printed as "id N [language]: what is wrong"; the exit status is
 any. The checks: every cell holds a text; a translation has exactly the printf placeholders of
 its English text, in the same order; addresses are the same in every language; the names and
 file names that are never translated are kept; an ellipsis stays an ellipsis; a language keeps
-no more than a tenth of its texts in English; languages with their own script use it.
+no more than a tenth of its texts in English; languages with their own script use it; French
+puts a no-break space before ':' and '?'.
 """
 
 import os
@@ -36,6 +37,11 @@ SCRIPTS = {
     "bg": ("CYRILLIC",), "el": ("GREEK",), "th": ("THAI",), "ko": ("HANGUL",),
     "ja": ("HIRAGANA", "KATAKANA", "CJK"), "zh-CN": ("CJK",), "zh-TW": ("CJK",),
 }
+
+
+# French typography: a no-break space (plain or narrow) before these marks, so that a wrapped
+# line never starts with one.
+FRENCH_SPACED_MARKS = re.compile(r"(?<![\u00a0\u202f])[:?]")
 
 
 def is_address(english):
@@ -78,6 +84,8 @@ def check_cell(row, language, text, english):
         problems.append(f"{where}: three dots instead of the ellipsis character …")
     elif "…" in english and "…" not in text:
         problems.append(f"{where}: the ellipsis … of the English text is missing")
+    if language == "fr" and FRENCH_SPACED_MARKS.search(text):
+        problems.append(f"{where}: a no-break space must stand before ':' and '?'")
     if language in SCRIPTS and text != english:
         own, latin = script_letters(text, SCRIPTS[language])
         if own == 0 or latin > own:

@@ -48,7 +48,8 @@ fuzz_track() {
   [ -f fuzz/CMakeLists.txt ] || { echo "no fuzz targets"; return 0; }
   cmake --preset fuzz >/dev/null || return 1
   # Only the fuzz targets: the rest of the tree is not built for libFuzzer.
-  cmake --build --preset fuzz -j2 --target settings_reader_fuzzer make_seed_corpus || return 1
+  cmake --build --preset fuzz -j2 --target settings_reader_fuzzer admin_config_fuzzer \
+    settings_json_fuzzer make_seed_corpus || return 1
   "$VP_ROOT/tools/run-fuzzers.sh" "${VP_FUZZ_SECONDS:-60}"
 }
 

@@ -1,5 +1,6 @@
 #include "pages/storage_page.h"
 
+#include "dialogs/clear_data_dialog.h"
 #include "dialogs/site_list_dialog.h"
 #include "pages/storage_logic.h"
 #include "pages/storage_page_ids.h"
@@ -45,6 +46,9 @@ bool StoragePage::OnButtonClicked(int controlId) {
       RefreshFromSettings();
       return true;
     }
+    case IDC_STORAGE_DELETE_ALL:
+      ClearDataDialog(objects_).Run();
+      return true;
     default:
       return SettingsPage::OnButtonClicked(controlId);
   }

@@ -65,6 +65,8 @@ class CheckStringsTest(unittest.TestCase):
             (1004, "ar", "Remove it", "id 1004 [ar]: not written in the ARABIC script"),
             (1004, "he", "نص", "id 1004 [he]: not written in the HEBREW script"),
             (1005, "sv", "", "id 1005 [sv]: empty text"),
+            (1006, "fr", "Site web :", "id 1006 [fr]: a no-break space"),
+            (1006, "fr", "Site web?", "id 1006 [fr]: a no-break space"),
         ]
         for string_id, language, text, expected in cases:
             with self.subTest(language=language, text=text):

@@ -100,6 +100,18 @@ TEST(StringTableTest, ReadsTheColumnOfItsLanguage) {
   EXPECT_STREQ(SMFixedLanguageStringTable(-1).GetString(11008), "Deauthorize");
 }
 
+// The deauthorizing button and Cancel sit in the same confirmation; a button that starts with
+// the word of Cancel reads as "cancel this computer".
+TEST(StringTableTest, DeauthorizeButtonNeverBeginsWithTheWordOfCancel) {
+  for (int language = 0; language < kStringLanguageCount; ++language) {
+    SMFixedLanguageStringTable table(language);
+    std::string cancel = table.GetString(11001);
+    std::string deauthorize = table.GetString(41103);
+    EXPECT_NE(deauthorize.compare(0, cancel.size(), cancel), 0)
+        << "language " << language << ": " << deauthorize;
+  }
+}
+
 TEST(StringTableTest, ChoosesTheColumnFromTheInterfaceLanguage) {
   struct Case {
     uint16_t languageId;

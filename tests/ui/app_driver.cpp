@@ -1,5 +1,6 @@
 #include "app_driver.h"
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <thread>
@@ -141,34 +142,34 @@ HWND AppUnderTest::SelectTab(int index) const {
 
 namespace {
 
-// Memory in the process that owns a window, released at the end of the scope.
-class RemoteBuffer {
+// A block of memory inside the process that owns a window.
+class RemoteBlock {
  public:
-  RemoteBuffer(HWND window, size_t bytes) : bytes_(bytes) {
+  RemoteBlock(HWND window, size_t bytes) : bytes_(bytes) {
     DWORD processId = 0;
     GetWindowThreadProcessId(window, &processId);
     process_ =
         OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId);
     if (process_ != nullptr) {
-      address_ = VirtualAllocEx(process_, nullptr, bytes, MEM_COMMIT, PAGE_READWRITE);
+      address_ = VirtualAllocEx(process_, nullptr, bytes, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
     }
   }
-  ~RemoteBuffer() {
+  ~RemoteBlock() {
     if (address_ != nullptr) VirtualFreeEx(process_, address_, 0, MEM_RELEASE);
     if (process_ != nullptr) CloseHandle(process_);
   }
-  RemoteBuffer(const RemoteBuffer&) = delete;
-  RemoteBuffer& operator=(const RemoteBuffer&) = delete;
+  RemoteBlock(const RemoteBlock&) = delete;
+  RemoteBlock& operator=(const RemoteBlock&) = delete;
 
   bool valid() const { return address_ != nullptr; }
-  char* address() const { return static_cast<char*>(address_); }
+  char* at(size_t offset) const { return static_cast<char*>(address_) + offset; }
   bool Write(size_t offset, const void* data, size_t size) {
     return offset + size <= bytes_ &&
-           WriteProcessMemory(process_, address() + offset, data, size, nullptr);
+           WriteProcessMemory(process_, at(offset), data, size, nullptr) != 0;
   }
   bool Read(size_t offset, void* data, size_t size) {
     return offset + size <= bytes_ &&
-           ReadProcessMemory(process_, address() + offset, data, size, nullptr);
+           ReadProcessMemory(process_, at(offset), data, size, nullptr) != 0;
   }
 
  private:
@@ -177,46 +178,70 @@ class RemoteBuffer {
   size_t bytes_;
 };
 
+// Longer than any path the tests store.
+constexpr size_t kRowTextCapacity = 4096;
+
 }  // namespace
 
-std::wstring ListViewText(HWND list, int row, int column) {
-  constexpr size_t kChars = 1024;
-  RemoteBuffer remote(list, sizeof(LVITEMW) + kChars * sizeof(wchar_t));
-  if (!remote.valid()) return L"";
-  LVITEMW item{};
-  item.iSubItem = column;
-  item.cchTextMax = kChars;
-  item.pszText = reinterpret_cast<wchar_t*>(remote.address() + sizeof(LVITEMW));
-  remote.Write(0, &item, sizeof item);
-  SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
-               reinterpret_cast<LPARAM>(remote.address()));
-  std::wstring text(kChars, L'\0');
-  remote.Read(sizeof(LVITEMW), text.data(), kChars * sizeof(wchar_t));
-  text.resize(wcsnlen(text.c_str(), kChars));
-  return text;
-}
-
-int ListViewRowCount(HWND list) {
+int ListRowCount(HWND list) {
   return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
 }
 
-std::vector<int> ListViewSelectedRows(HWND list) {
+std::wstring ListRowText(HWND list, int row, int column) {
+  RemoteBlock block(list, sizeof(LVITEMW) + kRowTextCapacity * sizeof(wchar_t));
+  if (!block.valid()) return L"";
+  LVITEMW item{};
+  item.iSubItem = column;
+  item.pszText = reinterpret_cast<wchar_t*>(block.at(sizeof item));
+  item.cchTextMax = static_cast<int>(kRowTextCapacity);
+  block.Write(0, &item, sizeof item);
+  auto length = static_cast<size_t>(SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
+                                                 reinterpret_cast<LPARAM>(block.at(0))));
+  std::wstring text(std::min(length, kRowTextCapacity - 1), L'\0');
+  block.Read(sizeof item, text.data(), text.size() * sizeof(wchar_t));
+  return text;
+}
+
+std::vector<std::wstring> ListRows(HWND list) {
+  std::vector<std::wstring> rows;
+  for (int row = 0; row < ListRowCount(list); ++row) rows.push_back(ListRowText(list, row));
+  return rows;
+}
+
+void SelectListRows(HWND list, const std::vector<int>& rows) {
+  RemoteBlock block(list, sizeof(LVITEMW));
+  if (!block.valid()) return;
+  LVITEMW item{};
+  item.stateMask = LVIS_SELECTED;
+  item.state = 0;
+  block.Write(0, &item, sizeof item);
+  // Row -1 stands for every row.
+  SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
+               reinterpret_cast<LPARAM>(block.at(0)));
+  item.state = LVIS_SELECTED;
+  block.Write(0, &item, sizeof item);
+  for (int row : rows) {
+    SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(block.at(0)));
+  }
+}
+
+bool EditListRow(HWND list, int row, const std::wstring& text) {
+  auto edit =
+      reinterpret_cast<HWND>(SendMessageW(list, LVM_EDITLABELW, static_cast<WPARAM>(row), 0));
+  if (edit == nullptr) return false;
+  SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+  SendMessageW(edit, WM_KEYDOWN, VK_RETURN, 0);
+  return true;
+}
+
+std::vector<int> ListSelectedRows(HWND list) {
   std::vector<int> rows;
   int row = -1;
   while ((row = static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, row, LVNI_SELECTED))) >= 0) {
     rows.push_back(row);
   }
   return rows;
-}
-
-void SetListViewRowState(HWND list, int row, UINT state, UINT mask) {
-  RemoteBuffer remote(list, sizeof(LVITEMW));
-  LVITEMW item{};
-  item.state = state;
-  item.stateMask = mask;
-  if (!remote.valid() || !remote.Write(0, &item, sizeof item)) return;
-  SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row),
-               reinterpret_cast<LPARAM>(remote.address()));
 }
 
 void ChooseComboItem(HWND dialog, int comboId, int item) {

@@ -83,14 +83,10 @@ class SiteListTest : public ::testing::Test {
   }
   std::vector<std::wstring> Column(HWND list, int column) {
     std::vector<std::wstring> texts;
-    for (int row = 0; row < ListViewRowCount(list); ++row) {
-      texts.push_back(ListViewText(list, row, column));
+    for (int row = 0; row < ListRowCount(list); ++row) {
+      texts.push_back(ListRowText(list, row, column));
     }
     return texts;
-  }
-  void Select(HWND list, const std::vector<int>& rows) {
-    SetListViewRowState(list, -1, 0, LVIS_SELECTED);
-    for (int row : rows) SetListViewRowState(list, row, LVIS_SELECTED, LVIS_SELECTED);
   }
   void Close(HWND dialog) {
     PostMessageW(GetDlgItem(dialog, IDC_SITE_LIST_CLOSE), BM_CLICK, 0, 0);
@@ -131,12 +127,12 @@ std::vector<std::wstring> SortedListViewOrder(const std::vector<std::string>& na
     std::wstring text = Wide(name);
     LVITEMW item{};
     item.mask = LVIF_TEXT;
-    item.iItem = ListViewRowCount(list);
+    item.iItem = ListRowCount(list);
     item.pszText = text.data();
     SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
   }
   std::vector<std::wstring> order;
-  for (int row = 0; row < ListViewRowCount(list); ++row) {
+  for (int row = 0; row < ListRowCount(list); ++row) {
     wchar_t text[256] = {};
     LVITEMW item{};
     item.pszText = text;
@@ -185,7 +181,7 @@ TEST_F(SiteListTest, EachDialogOpensFromItsPageWithItsSitesAndCloses) {
     HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
     EXPECT_EQ(Column(list, 0),
               (std::vector<std::wstring>{L"a.example", L"b.example", L"C.example"}));
-    EXPECT_EQ(ListViewText(list, 0, 1), button.titleId == 61009 ? L"0 bytes" : UserText(11101));
+    EXPECT_EQ(ListRowText(list, 0, 1), button.titleId == 61009 ? L"0 bytes" : UserText(11101));
     // Nothing selected: nothing to remove or change.
     EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)));
     EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE)));
@@ -201,8 +197,8 @@ TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
   HWND dialog = Open(kStorageButton);
   ASSERT_NE(dialog, nullptr);
   HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
-  EXPECT_EQ(ListViewText(list, 0, 1), L"2 kB");
-  Select(list, {0, 2});
+  EXPECT_EQ(ListRowText(list, 0, 1), L"2 kB");
+  SelectListRows(list, {0, 2});
   ASSERT_TRUE(WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)); }));
   // Both are Allow: the combo shows it.
   EXPECT_EQ(SendMessageW(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE), CB_GETCURSEL, 0, 0),
@@ -210,13 +206,13 @@ TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
   ChooseComboItem(dialog, IDC_SITE_LIST_CHOICE, kChoiceBlock);
   EXPECT_EQ(Column(list, 2),
             (std::vector<std::wstring>{UserText(11100), UserText(11102), UserText(11100)}));
-  EXPECT_EQ(ListViewText(list, 0, 1), L"0 bytes");
+  EXPECT_EQ(ListRowText(list, 0, 1), L"0 bytes");
   EXPECT_EQ(Number("a.example", "klimit"), -1.0);
   EXPECT_EQ(Number("b.example", "klimit"), 100.0);
   EXPECT_EQ(Number("c.example", "klimit"), -1.0);
   EXPECT_EQ(GetFileAttributesW(Wide(stored).c_str()), INVALID_FILE_ATTRIBUTES);
   // Rows that differ leave the combo empty.
-  Select(list, {0, 1});
+  SelectListRows(list, {0, 1});
   EXPECT_TRUE(WaitFor([&] {
     return SendMessageW(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE), CB_GETCURSEL, 0, 0) == -1;
   }));
@@ -227,7 +223,7 @@ TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
   dialog = Open(kCameraButton);
   ASSERT_NE(dialog, nullptr);
   list = GetDlgItem(dialog, IDC_SITE_LIST_HTTPS_VIEW);
-  Select(list, {1, 2});
+  SelectListRows(list, {1, 2});
   ChooseComboItem(dialog, IDC_SITE_LIST_HTTPS_SECURE_CHOICE, kChoiceAllow);
   ChooseComboItem(dialog, IDC_SITE_LIST_HTTPS_OTHER_CHOICE, kChoiceBlock);
   for (const char* site : {"b.example", "c.example"}) {
@@ -237,8 +233,8 @@ TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
     EXPECT_EQ(Boolean(site, "allow"), false) << site;
   }
   EXPECT_EQ(Boolean("a.example", "allowsecure"), false);
-  EXPECT_EQ(ListViewText(list, 1, 1), UserText(11102));
-  EXPECT_EQ(ListViewText(list, 1, 2), UserText(11100));
+  EXPECT_EQ(ListRowText(list, 1, 1), UserText(11102));
+  EXPECT_EQ(ListRowText(list, 1, 2), UserText(11100));
 }
 
 TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
@@ -268,7 +264,7 @@ TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
   // Escape cancels: nothing is added.
   PostMessageW(edit, WM_KEYDOWN, VK_ESCAPE, 0);
   ASSERT_TRUE(WaitFor([&] { return !IsWindow(add); }));
-  EXPECT_EQ(ListViewRowCount(list), 2);
+  EXPECT_EQ(ListRowCount(list), 2);
 
   add = openAdd();
   ASSERT_NE(add, nullptr);
@@ -276,11 +272,11 @@ TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
   ChooseComboItem(add, IDC_ADD_SITE_CHOICE, kChoiceBlock);
   PostMessageW(GetDlgItem(add, IDOK), BM_CLICK, 0, 0);
   ASSERT_TRUE(WaitFor([&] { return !IsWindow(add); }));
-  ASSERT_TRUE(WaitFor([&] { return ListViewRowCount(list) == 3; }));
+  ASSERT_TRUE(WaitFor([&] { return ListRowCount(list) == 3; }));
   EXPECT_EQ(Column(list, 0), (std::vector<std::wstring>{L"a.example", L"B.example", L"c.example"}));
-  EXPECT_EQ(ListViewSelectedRows(list), std::vector<int>{1});
+  EXPECT_EQ(ListSelectedRows(list), std::vector<int>{1});
   EXPECT_EQ(FocusOfThread(dialog), list);
-  EXPECT_EQ(ListViewText(list, 1, 1), UserText(11100));
+  EXPECT_EQ(ListRowText(list, 1, 1), UserText(11100));
   EXPECT_EQ(Boolean("B.example", "p2palways"), true);
   EXPECT_EQ(Boolean("B.example", "p2pallow"), false);
 
@@ -300,9 +296,9 @@ TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
   std::vector<std::wstring> rows = Column(list, 0);
   EXPECT_EQ(std::count(rows.begin(), rows.end(), L" "), kept ? 1 : 0);
   if (kept) {
-    EXPECT_EQ(ListViewSelectedRows(list), std::vector<int>{0});
+    EXPECT_EQ(ListSelectedRows(list), std::vector<int>{0});
   } else {
-    EXPECT_TRUE(ListViewSelectedRows(list).empty());
+    EXPECT_TRUE(ListSelectedRows(list).empty());
   }
 }
 
@@ -312,10 +308,10 @@ TEST_F(SiteListTest, RemoveTakesEverySelectedRowAndThePageIsReadAgainOnClose) {
   HWND dialog = Open(kStorageButton);
   ASSERT_NE(dialog, nullptr);
   HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
-  Select(list, {0, 2, 3});
+  SelectListRows(list, {0, 2, 3});
   ASSERT_TRUE(WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)); }));
   PostMessageW(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE), BM_CLICK, 0, 0);
-  ASSERT_TRUE(WaitFor([&] { return ListViewRowCount(list) == 2; }));
+  ASSERT_TRUE(WaitFor([&] { return ListRowCount(list) == 2; }));
   EXPECT_EQ(Column(list, 0), (std::vector<std::wstring>{L"b.example", L"e.example"}));
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)));
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE)));
