@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli_harness.h"
+#include "l10n/string_data.h"
 
 namespace {
 
@@ -198,7 +199,7 @@ TEST_F(Cli, StringsAndAdminFile) {
   ProcessResult german = cli_.RunBare({"strings", "--lang", "0x0407"});
   ASSERT_EQ(german.exitCode, 0) << german.err;
   std::string lines = Lines(german.out);
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 189);
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), kStringCount);
   EXPECT_EQ(lines.rfind("11000\t", 0), 0u);
   EXPECT_NE(lines.find("\n11001\tAbbrechen\n"), std::string::npos);
   ProcessResult english = cli_.RunBare({"strings", "--lang", "0x0409"});

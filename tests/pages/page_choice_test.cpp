@@ -62,11 +62,6 @@ struct SitesProfile : TestProfile {
   std::optional<bool> Boolean(const std::string& domain, const std::string& name) {
     return ValueAs<bool>(Stored(domain, name));
   }
-  // Makes every later write of a settings file fail: the settings folder becomes a file.
-  void BreakSettingsFolder() {
-    fs::remove_all(SettingsFolder());
-    WriteFileBytes(SettingsFolder(), "not a folder");
-  }
   fs::path StoredSiteData() const { return SharedObjects() / "QX7T2" / "a.com" / "game.sol"; }
 
  private:
@@ -132,19 +127,6 @@ TEST(StorageChoiceTest, CancelledBlockChangesNothing) {
   EXPECT_EQ(ReadFileBytes(profile.StoredSiteData()), "progress");
 }
 
-TEST(StorageChoiceTest, FailedMasterWriteKeepsThePreviousChoiceAndDeletesNothing) {
-  SitesProfile profile(kThreeSites);
-  WriteFileBytes(profile.StoredSiteData(), "progress");
-  SMSettingsManager settings(*profile.platform);
-  ASSERT_NE(settings.GetKnownSites(), nullptr);  // loaded before the folder breaks
-  profile.BreakSettingsFolder();
-  ScriptedPrompts prompts({true});
-
-  EXPECT_EQ(ApplyStorageChoice(settings, prompts, kStorageAllow, kStorageBlock), kStorageAllow);
-  EXPECT_EQ(ReadFileBytes(profile.StoredSiteData()), "progress");
-  EXPECT_EQ(ReadFileBytes(profile.SettingsFolder()), "not a folder");
-}
-
 TEST(StorageChoiceTest, FailedSiteWriteStillVisitsEverySite) {
   SitesProfile profile({"a.com", "b.org"});
   // A listed name that cannot be a folder of its own, between two good sites. (The next run
@@ -200,20 +182,42 @@ TEST(CameraMicChoiceTest, BlockThenAskForcesEveryListedSite) {
   }
 }
 
-TEST(CameraMicChoiceTest, FailedMasterWriteKeepsTheChoiceAndTouchesNoSite) {
-  SitesProfile profile({"a.com"});
-  const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
-  SMSettingsManager settings(*profile.platform);
-  ASSERT_NE(settings.GetKnownSites(), nullptr);
-  const fs::path moved = profile.temp.path() / "moved";
-  fs::rename(profile.SettingsFolder(), moved);
-  WriteFileBytes(profile.SettingsFolder(), "not a folder");
+// A master file that cannot be written: Storage and Playback keep showing the previous choice,
+// Camera and Mic the new one; none of them touches a site's file or its stored data.
+TEST(PageChoiceTest, FailedMasterWriteTouchesNoSite) {
+  using Apply = int (*)(SMSettingsManager&, SMUserPrompts&);
+  const std::pair<Apply, int> cases[] = {
+      {[](SMSettingsManager& settings, SMUserPrompts& prompts) {
+         return ApplyStorageChoice(settings, prompts, kStorageAllow, kStorageBlock);
+       },
+       kStorageAllow},
+      {[](SMSettingsManager& settings, SMUserPrompts&) {
+         return ApplyCameraMicChoice(settings, kCameraMicBlock);
+       },
+       kCameraMicBlock},
+      {[](SMSettingsManager& settings, SMUserPrompts&) {
+         return ApplyPlaybackChoice(settings, kPlaybackAsk, kPlaybackBlock);
+       },
+       kPlaybackAsk},
+  };
+  for (const auto& [apply, shown] : cases) {
+    SitesProfile profile({"a.com"});
+    WriteFileBytes(profile.StoredSiteData(), "progress");
+    const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
+    SMSettingsManager settings(*profile.platform);
+    ASSERT_NE(settings.GetKnownSites(), nullptr);  // loaded before the folder breaks
+    const fs::path moved = profile.temp.path() / "moved";
+    fs::rename(profile.SettingsFolder(), moved);
+    WriteFileBytes(profile.SettingsFolder(), "not a folder");
+    ScriptedPrompts prompts({true});
 
-  EXPECT_EQ(ApplyCameraMicChoice(settings, kCameraMicBlock), kCameraMicBlock);
-  EXPECT_EQ(ReadFileBytes(moved / "#a.com" / "settings.sol"), siteBefore);
+    EXPECT_EQ(apply(settings, prompts), shown);
+    EXPECT_EQ(ReadFileBytes(moved / "#a.com" / "settings.sol"), siteBefore) << shown;
+    EXPECT_EQ(ReadFileBytes(profile.StoredSiteData()), "progress") << shown;
+  }
 }
 
-TEST(PlaybackChoiceTest, BlockAskAndFailedWrite) {
+TEST(PlaybackChoiceTest, BlockAndAsk) {
   SitesProfile profile({"a.com"});
   const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
   SMSettingsManager settings(*profile.platform);
@@ -235,9 +239,6 @@ TEST(PlaybackChoiceTest, BlockAskAndFailedWrite) {
   }
   // The per-site peer-assisted answers are not this choice's business.
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("a.com")), siteBefore);
-
-  profile.BreakSettingsFolder();
-  EXPECT_EQ(ApplyPlaybackChoice(settings, kPlaybackAsk, kPlaybackBlock), kPlaybackAsk);
 }
 
 TEST(UpdatesChoiceTest, ModeStaysWhenTheAdministratorFileCannotBeWritten) {

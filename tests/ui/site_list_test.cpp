@@ -27,17 +27,6 @@
 
 namespace {
 
-constexpr auto kWaitLimit = std::chrono::seconds(10);
-
-bool WaitFor(const std::function<bool()>& condition) {
-  auto deadline = std::chrono::steady_clock::now() + kWaitLimit;
-  while (std::chrono::steady_clock::now() < deadline) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  }
-  return condition();
-}
-
 std::wstring Wide(const std::string& text) {
   return ToUtf16(text).value_or(L"");
 }
@@ -53,33 +42,11 @@ constexpr PageButton kPeerButton{2, IDC_P2P_BY_SITE, 61007};
 
 class SiteListTest : public ::testing::Test {
  protected:
-  void SetUp() override { profile.Clear(); }
-  void TearDown() override {
-    app.Stop();
-    profile.Clear();
-  }
-  // Starts the program, opens the dialog from its page and returns it (null on failure).
+  // Opens the dialog from its page in the running program; null when it did not appear.
   HWND Open(const PageButton& button) {
-    std::string reason;
-    if (!app.Start(L"", &reason)) {
-      ADD_FAILURE() << reason;
-      return nullptr;
-    }
     page = app.SelectTab(button.tab);
-    PostMessageW(GetDlgItem(page, button.buttonId), BM_CLICK, 0, 0);
-    return WaitForDialog(UserText(button.titleId));
-  }
-  HWND WaitForDialog(const std::wstring& caption) {
-    DWORD processId = 0;
-    GetWindowThreadProcessId(app.sheet(), &processId);
-    HWND found = nullptr;
-    WaitFor([&] {
-      found = FindDialogOfProcess(processId,
-                                  [&](HWND window) { return WindowText(window) == caption; });
-      return found != nullptr;
-    });
-    EXPECT_NE(found, nullptr) << "no dialog \"" << ToUtf8(caption).value_or("") << "\"";
-    return found;
+    Click(page, button.buttonId);
+    return app.WaitForDialog(WithCaption(UserText(button.titleId)));
   }
   std::vector<std::wstring> Column(HWND list, int column) {
     std::vector<std::wstring> texts;
@@ -88,10 +55,7 @@ class SiteListTest : public ::testing::Test {
     }
     return texts;
   }
-  void Close(HWND dialog) {
-    PostMessageW(GetDlgItem(dialog, IDC_SITE_LIST_CLOSE), BM_CLICK, 0, 0);
-    EXPECT_TRUE(WaitFor([&] { return !IsWindow(dialog); }));
-  }
+  void Close(HWND dialog) { EXPECT_TRUE(Answer(dialog, IDC_SITE_LIST_CLOSE)); }
   // A file of data the site stored, of this many bytes; its path.
   std::string WriteStored(const std::string& site, size_t bytes) {
     const std::string path = profile.StoredDataFile(site);
@@ -176,6 +140,7 @@ TEST_F(SiteListTest, EachDialogOpensFromItsPageWithItsSitesAndCloses) {
   ASSERT_TRUE(profile.AddSites({"b.example", "C.example", "a.example"}));
   for (const PageButton& button : {kStorageButton, kCameraButton, kPeerButton}) {
     SCOPED_TRACE(button.titleId);
+    ASSERT_TRUE(app.Start());
     HWND dialog = Open(button);
     ASSERT_NE(dialog, nullptr);
     HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
@@ -187,13 +152,13 @@ TEST_F(SiteListTest, EachDialogOpensFromItsPageWithItsSitesAndCloses) {
     EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE)));
     EXPECT_EQ(WindowText(GetDlgItem(dialog, IDC_SITE_LIST_ADD)), UserText(11005));
     Close(dialog);
-    app.Stop();
   }
 }
 
 TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
   ASSERT_TRUE(profile.AddSites({"a.example", "b.example", "c.example"}));
   const std::string stored = WriteStored("a.example", 3000);
+  ASSERT_TRUE(app.Start());
   HWND dialog = Open(kStorageButton);
   ASSERT_NE(dialog, nullptr);
   HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
@@ -217,9 +182,9 @@ TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
     return SendMessageW(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE), CB_GETCURSEL, 0, 0) == -1;
   }));
   Close(dialog);
-  app.Stop();
 
   // The camera list: each combo writes its own pair.
+  ASSERT_TRUE(app.Start());
   dialog = Open(kCameraButton);
   ASSERT_NE(dialog, nullptr);
   list = GetDlgItem(dialog, IDC_SITE_LIST_HTTPS_VIEW);
@@ -239,12 +204,13 @@ TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
 
 TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
   ASSERT_TRUE(profile.AddSites({"a.example", "c.example"}));
+  ASSERT_TRUE(app.Start());
   HWND dialog = Open(kPeerButton);
   ASSERT_NE(dialog, nullptr);
   HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
   auto openAdd = [&] {
-    PostMessageW(GetDlgItem(dialog, IDC_SITE_LIST_ADD), BM_CLICK, 0, 0);
-    return WaitForDialog(UserText(92003));
+    Click(dialog, IDC_SITE_LIST_ADD);
+    return app.WaitForDialog(WithCaption(UserText(92003)));
   };
   auto type = [](HWND edit, const std::wstring& text) {
     for (wchar_t c : text) SendMessageW(edit, WM_CHAR, c, 0);
@@ -270,8 +236,7 @@ TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
   ASSERT_NE(add, nullptr);
   type(GetDlgItem(add, IDC_ADD_SITE_DOMAIN), L"B.example");
   ChooseComboItem(add, IDC_ADD_SITE_CHOICE, kChoiceBlock);
-  PostMessageW(GetDlgItem(add, IDOK), BM_CLICK, 0, 0);
-  ASSERT_TRUE(WaitFor([&] { return !IsWindow(add); }));
+  ASSERT_TRUE(Answer(add, IDOK));
   ASSERT_TRUE(WaitFor([&] { return ListRowCount(list) == 3; }));
   EXPECT_EQ(Column(list, 0), (std::vector<std::wstring>{L"a.example", L"B.example", L"c.example"}));
   EXPECT_EQ(ListSelectedRows(list), std::vector<int>{1});
@@ -285,8 +250,7 @@ TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
   ASSERT_NE(add, nullptr);
   type(GetDlgItem(add, IDC_ADD_SITE_DOMAIN), L" ");
   EXPECT_TRUE(IsWindowEnabled(GetDlgItem(add, IDOK)));
-  PostMessageW(GetDlgItem(add, IDOK), BM_CLICK, 0, 0);
-  ASSERT_TRUE(WaitFor([&] { return !IsWindow(add); }));
+  ASSERT_TRUE(Answer(add, IDOK));
   SendMessageW(dialog, WM_NULL, 0, 0);
   std::optional<SettingValue> domains =
       profile.Stored(SMSettingsManager::MasterDomain(), "domains");
@@ -305,12 +269,13 @@ TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
 TEST_F(SiteListTest, RemoveTakesEverySelectedRowAndThePageIsReadAgainOnClose) {
   ASSERT_TRUE(profile.AddSites({"a.example", "b.example", "c.example", "d.example", "e.example"}));
   const std::string stored = WriteStored("c.example", 10);
+  ASSERT_TRUE(app.Start());
   HWND dialog = Open(kStorageButton);
   ASSERT_NE(dialog, nullptr);
   HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
   SelectListRows(list, {0, 2, 3});
   ASSERT_TRUE(WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)); }));
-  PostMessageW(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE), BM_CLICK, 0, 0);
+  Click(dialog, IDC_SITE_LIST_REMOVE);
   ASSERT_TRUE(WaitFor([&] { return ListRowCount(list) == 2; }));
   EXPECT_EQ(Column(list, 0), (std::vector<std::wstring>{L"b.example", L"e.example"}));
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)));
