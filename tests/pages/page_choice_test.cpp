@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "app/user_prompts.h"
 #include "pages/camera_mic_logic.h"
 #include "pages/playback_logic.h"
 #include "pages/storage_logic.h"
@@ -15,6 +14,7 @@
 #include "platform/update_service.h"
 #include "settings/settings_manager.h"
 #include "settings/settings_reader.h"
+#include "support/scripted_prompts.h"
 #include "support/test_profile.h"
 
 namespace fs = std::filesystem;
@@ -22,26 +22,6 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string kMaster = SMSettingsManager::MasterDomain();
-
-// Answers confirmations from a script and records what was asked.
-class ScriptedPrompts : public SMUserPrompts {
- public:
-  explicit ScriptedPrompts(std::vector<bool> answers = {}) : answers_(std::move(answers)) {}
-  bool ConfirmBox(uint32_t textId1, uint32_t textId2, uint32_t captionId) override {
-    asked.push_back({textId1, textId2, captionId});
-    if (asked.size() > answers_.size()) {
-      ADD_FAILURE() << "unexpected confirmation";
-      return false;
-    }
-    return answers_[asked.size() - 1];
-  }
-  void ErrorBox(uint32_t, uint32_t) override { ADD_FAILURE() << "unexpected error box"; }
-
-  std::vector<std::vector<uint32_t>> asked;
-
- private:
-  std::vector<bool> answers_;
-};
 
 // A profile whose master file lists the given sites, each with its settings file.
 struct SitesProfile : TestProfile {

@@ -52,12 +52,8 @@ TEST(DataLocations, EnableLocalAppDataMovesOnlyTheDataRoot) {
   };
   const Case cases[] = {
       {"EnableLocalAppData=1\n", true},
-      {"EnableLocalAppData = yes\n", true},
       {"EnableLocalAppData=0\n", false},
       {"enablelocalappdata=1\n", false},
-      {"\xFF\xFE"
-       "EnableLocalAppData=1\n",
-       false},
   };
   for (const Case& c : cases) {
     Profile profile;
