@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <deque>
 
 #include "l10n/string_table.h"
 #include "settings/settings_manager.h"
+#include "support/scripted_prompts.h"
 #include "support/test_profile.h"
 
 namespace fs = std::filesystem;
@@ -25,20 +25,6 @@ std::string LowerKey(const std::string& name) {
   }
   return key;
 }
-
-class AnsweringPrompts : public SMUserPrompts {
- public:
-  bool ConfirmBox(uint32_t, uint32_t, uint32_t) override { return false; }
-  void ErrorBox(uint32_t, uint32_t) override {}
-  std::optional<SMAddSiteAnswer> RunAddSite(uint32_t titleId, uint32_t promptId) override {
-    asked.push_back({titleId, promptId});
-    std::optional<SMAddSiteAnswer> answer = answers.front();
-    answers.pop_front();
-    return answer;
-  }
-  std::deque<std::optional<SMAddSiteAnswer>> answers;
-  std::vector<std::pair<uint32_t, uint32_t>> asked;
-};
 
 // A profile whose sites are listed in this order and whose stored data lies in one folder.
 struct ListProfile : TestProfile {
@@ -157,7 +143,7 @@ TEST(SiteListModel, ApplyWritesEverySelectedRowAndBlockDeletesStoredData) {
 
 TEST(SiteListModel, AddPutsTheSiteInItsSortedPlace) {
   ListProfile profile({"b.com", "d.com"});
-  AnsweringPrompts prompts;
+  ScriptedPrompts prompts;
   SiteListModel model(SiteListKind::kCameraMic, *profile.settings, profile.strings, LowerKey);
   model.Fill();
   struct Case {
@@ -184,14 +170,14 @@ TEST(SiteListModel, AddPutsTheSiteInItsSortedPlace) {
        {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
   };
   for (const Case& c : cases) {
-    prompts.answers.push_back(c.answer);
+    prompts.addSiteAnswers.push_back(c.answer);
     SiteListModel::AddOutcome outcome = model.AddFromUser(prompts);
     const std::string what = c.answer ? c.answer->site : "cancelled";
     EXPECT_EQ(outcome.confirmed, c.outcome.confirmed) << what;
     EXPECT_EQ(outcome.row, c.outcome.row) << what;
     EXPECT_EQ(profile.Rows(model), c.rows) << what;
   }
-  EXPECT_EQ(prompts.asked.front(), (std::pair<uint32_t, uint32_t>{92002, 31007}));
+  EXPECT_EQ(prompts.addSiteAsked.front(), (std::vector<uint32_t>{92002, 31007}));
   EXPECT_EQ(KnownSiteNames(*profile.settings),
             (Texts{"b.com", "d.com", "C.com", "\xC3\xA4.example"}));
   // Both pairs of the camera dialog take the choice.
