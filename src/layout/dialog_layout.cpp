@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -70,76 +71,133 @@ struct Measured {
   LayoutControl layout;
 };
 
-LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
-  LayoutControl layout;
+bool IsBoxButton(LONG style) {
+  LONG type = style & BS_TYPEMASK;
+  return type == BS_AUTORADIOBUTTON || type == BS_RADIOBUTTON || type == BS_AUTOCHECKBOX ||
+         type == BS_CHECKBOX || type == BS_AUTO3STATE || type == BS_3STATE;
+}
+
+int WrappedHeight(HDC dc, const std::wstring& text, int width) {
+  RECT wrapped{0, 0, std::max(width, 1), 0};
+  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &wrapped,
+            DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+  return wrapped.bottom;
+}
+
+LayoutRect RectInDialog(HWND dialog, HWND control) {
   RECT bounds{};
   GetWindowRect(control, &bounds);
   MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&bounds), 2);
   // Mapping into a mirrored dialog swaps the two edges.
   if (bounds.left > bounds.right) std::swap(bounds.left, bounds.right);
-  layout.rect = LayoutRect{bounds.left, bounds.top, bounds.right, bounds.bottom};
-  std::wstring className = ClassOf(control);
-  LONG style = GetWindowLongW(control, GWL_STYLE);
-  std::wstring text = TextOf(control);
-  bool isLink = _wcsicmp(className.c_str(), WC_LINK) == 0;
-  if (isLink) text = WithoutLinkMarkup(text);
-  if (_wcsicmp(className.c_str(), L"Static") == 0) {
-    LONG type = style & SS_TYPEMASK;
-    if (type == SS_ETCHEDHORZ) {
-      layout.kind = LayoutKind::kRule;
-      return layout;
-    }
-    if (type != SS_LEFT && type != SS_RIGHT && type != SS_CENTER) return layout;
-  } else if (_wcsicmp(className.c_str(), L"Button") != 0 && !isLink) {
+  return LayoutRect{bounds.left, bounds.top, bounds.right, bounds.bottom};
+}
+
+LayoutControl MeasureLabel(LayoutControl layout, LONG style, HDC dc, const std::wstring& text,
+                           SIZE extent, int rightLimit) {
+  LONG type = style & SS_TYPEMASK;
+  if (type == SS_ETCHEDHORZ) {
+    layout.kind = LayoutKind::kRule;
     return layout;
   }
-  if (text.empty()) return layout;
-  SIZE extent{};
-  GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
-  bool isLabel = _wcsicmp(className.c_str(), L"Static") == 0;
-  if (isLabel && (style & SS_TYPEMASK) == SS_RIGHT) {
-    layout.kind = LayoutKind::kFixed;  // right-aligned labels keep their right edge
-    return layout;
-  }
-  // A label or link taller than one line wraps; everything else is one line of text.
-  if ((isLabel || isLink) && layout.rect.height() > extent.cy * 3 / 2) {
-    RECT wrapped{0, 0, layout.rect.width(), 0};
-    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &wrapped,
-              DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+  if ((type != SS_LEFT && type != SS_RIGHT) || text.empty()) return layout;
+  // A label taller than one line wraps at its width.
+  if (layout.rect.height() > extent.cy * 3 / 2) {
     layout.kind = LayoutKind::kWrapping;
-    layout.neededHeight = wrapped.bottom;
+    layout.neededHeight = WrappedHeight(dc, text, layout.rect.width());
     return layout;
   }
-  bool canWrap = isLink || (isLabel && (style & SS_TYPEMASK) == SS_LEFT);
-  if (canWrap) {
-    // Widened first; should the text still not fit at the margin, it wraps onto more lines.
-    layout.kind = LayoutKind::kOneLine;
-    layout.neededWidth = extent.cx + 2;
-    int widest = rightLimit - layout.rect.left;
-    if (layout.neededWidth > widest && widest > 0) {
-      RECT wrapped{0, 0, widest, 0};
-      DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &wrapped,
-                DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
-      layout.neededHeight = wrapped.bottom;
-    }
+  layout.kind = LayoutKind::kOneLine;
+  layout.neededWidth = extent.cx + 2;
+  if (type == SS_RIGHT) {
+    layout.rightAligned = true;
     return layout;
   }
-  if (isLabel) return layout;  // centred labels keep their place
-  LONG buttonType = style & BS_TYPEMASK;
-  bool box = buttonType == BS_AUTORADIOBUTTON || buttonType == BS_RADIOBUTTON ||
-             buttonType == BS_AUTOCHECKBOX || buttonType == BS_CHECKBOX;
+  // Widened first; should the text still not fit at the margin, it wraps onto more lines.
+  int widest = rightLimit - layout.rect.left;
+  if (layout.neededWidth > widest && widest > 0) {
+    layout.neededHeight = WrappedHeight(dc, text, widest - 2);
+  }
+  return layout;
+}
+
+LayoutControl MeasureButton(LayoutControl layout, LONG style, HDC dc, const std::wstring& text,
+                            SIZE extent, int rightLimit) {
+  if ((style & BS_TYPEMASK) == BS_GROUPBOX || text.empty()) return layout;
+  bool box = IsBoxButton(style);
+  // The box and the space after it, or the button's frame and inner padding.
   int decoration = box ? GetSystemMetrics(SM_CXMENUCHECK) + 8 : 16;
+  int padding = box ? 2 : 8;
   layout.kind = LayoutKind::kOneLine;
   layout.neededWidth = extent.cx + decoration;
+  int widest = rightLimit - layout.rect.left;
+  if (layout.neededWidth > widest && widest > decoration) {
+    layout.neededHeight = WrappedHeight(dc, text, widest - decoration) + padding;
+  }
   return layout;
+}
+
+LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
+  LayoutControl layout;
+  layout.rect = RectInDialog(dialog, control);
+  std::wstring className = ClassOf(control);
+  LONG style = GetWindowLongW(control, GWL_STYLE);
+  bool isLink = _wcsicmp(className.c_str(), WC_LINK) == 0;
+  std::wstring text = isLink ? WithoutLinkMarkup(TextOf(control)) : TextOf(control);
+  SIZE extent{};
+  GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
+  if (_wcsicmp(className.c_str(), L"Static") == 0) {
+    return MeasureLabel(layout, style, dc, text, extent, rightLimit);
+  }
+  if (_wcsicmp(className.c_str(), L"Button") == 0) {
+    return MeasureButton(layout, style, dc, text, extent, rightLimit);
+  }
+  if (!isLink || text.empty()) return layout;
+  if (layout.rect.height() > extent.cy * 3 / 2) {
+    layout.kind = LayoutKind::kWrapping;
+    layout.neededHeight = WrappedHeight(dc, text, layout.rect.width() - 2);
+    return layout;
+  }
+  layout.kind = LayoutKind::kOneLine;
+  layout.neededWidth = extent.cx + 2;
+  int widest = rightLimit - layout.rect.left;
+  if (layout.neededWidth > widest && widest > 0) {
+    layout.neededHeight = WrappedHeight(dc, text, widest - 2);
+  }
+  return layout;
+}
+
+// A control that gets more lines than its template gave it: buttons draw only one line unless
+// told otherwise, and Wine's link control needs the breaks from us.
+void PrepareForMoreLines(HWND control, HDC dc, int width) {
+  std::wstring className = ClassOf(control);
+  if (_wcsicmp(className.c_str(), L"Button") == 0) {
+    LONG style = GetWindowLongW(control, GWL_STYLE);
+    SetWindowLongW(control, GWL_STYLE, style | BS_MULTILINE);
+  } else if (_wcsicmp(className.c_str(), WC_LINK) == 0) {
+    std::wstring caption = BreakLinkCaption(dc, TextOf(control), width - 2);
+    SetWindowTextW(control, caption.c_str());
+  }
+}
+
+void GrowPopupTo(HWND dialog, int clientHeight) {
+  if ((GetWindowLongW(dialog, GWL_STYLE) & WS_CHILD) != 0) return;
+  RECT client{};
+  GetClientRect(dialog, &client);
+  int grow = clientHeight - client.bottom;
+  if (grow <= 0) return;
+  RECT frame{};
+  GetWindowRect(dialog, &frame);
+  SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top + grow,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 }  // namespace
 
-void FitDialogToTexts(HWND dialog) {
+int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
   RECT client{};
   GetClientRect(dialog, &client);
-  RECT margin{0, 0, 7, 0};
+  RECT margin{0, 0, 7, 7};
   MapDialogRect(dialog, &margin);
   int rightLimit = client.right - margin.right;
 
@@ -149,21 +207,26 @@ void FitDialogToTexts(HWND dialog) {
   std::vector<Measured> measured;
   for (HWND control = GetWindow(dialog, GW_CHILD); control != nullptr;
        control = GetWindow(control, GW_HWNDNEXT)) {
-    measured.push_back({control, Measure(dialog, control, dc, rightLimit)});
+    // Hidden controls take no room.
+    if ((GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) == 0) continue;
+    Measured entry{control, Measure(dialog, control, dc, rightLimit)};
+    int id = GetDlgCtrlID(control);
+    for (int blockId : bottomBlockIds) entry.layout.bottomBlock |= id == blockId;
+    measured.push_back(entry);
   }
   std::vector<LayoutControl> controls;
   for (const Measured& entry : measured) controls.push_back(entry.layout);
-  std::vector<LayoutRect> planned = PlanLayout(controls, client.right, margin.right);
+  LayoutPlan plan = PlanLayout(controls, client.right, client.bottom, margin.bottom);
   for (size_t index = 0; index < measured.size(); ++index) {
-    if (planned[index] == controls[index].rect) continue;
-    const LayoutRect& rect = planned[index];
+    const LayoutRect& rect = plan.rects[index];
+    if (rect == controls[index].rect) continue;
     HWND control = measured[index].control;
+    if (rect.height() > controls[index].rect.height())
+      PrepareForMoreLines(control, dc, rect.width());
     MoveWindow(control, rect.left, rect.top, rect.width(), rect.height(), TRUE);
-    if (controls[index].neededHeight > 0 && _wcsicmp(ClassOf(control).c_str(), WC_LINK) == 0) {
-      std::wstring caption = BreakLinkCaption(dc, TextOf(control), rect.width() - 2);
-      SetWindowTextW(control, caption.c_str());
-    }
   }
   if (previous != nullptr) SelectObject(dc, previous);
   ReleaseDC(dialog, dc);
+  GrowPopupTo(dialog, plan.clientHeight);
+  return plan.clientHeight;
 }
