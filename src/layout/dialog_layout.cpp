@@ -93,6 +93,25 @@ LayoutRect RectInDialog(HWND dialog, HWND control) {
   return LayoutRect{bounds.left, bounds.top, bounds.right, bounds.bottom};
 }
 
+// A label's or link's text: wrapped at its width when the control is taller than one line,
+// otherwise widened first and wrapped onto more lines only when it does not fit at the margin.
+LayoutControl MeasureText(LayoutControl layout, HDC dc, const std::wstring& text, SIZE extent,
+                          int rightLimit) {
+  if (layout.rect.height() > extent.cy * 3 / 2) {
+    layout.kind = LayoutKind::kWrapping;
+    layout.neededHeight = WrappedHeight(dc, text, layout.rect.width() - 2);
+    return layout;
+  }
+  layout.kind = LayoutKind::kOneLine;
+  layout.neededWidth = extent.cx + 2;
+  layout.neededHeight = extent.cy;
+  int widest = rightLimit - layout.rect.left;
+  if (layout.neededWidth > widest && widest > 0) {
+    layout.neededHeight = WrappedHeight(dc, text, widest - 2);
+  }
+  return layout;
+}
+
 LayoutControl MeasureLabel(LayoutControl layout, LONG style, HDC dc, const std::wstring& text,
                            SIZE extent, int rightLimit) {
   LONG type = style & SS_TYPEMASK;
@@ -101,22 +120,11 @@ LayoutControl MeasureLabel(LayoutControl layout, LONG style, HDC dc, const std::
     return layout;
   }
   if ((type != SS_LEFT && type != SS_RIGHT) || text.empty()) return layout;
-  // A label taller than one line wraps at its width.
-  if (layout.rect.height() > extent.cy * 3 / 2) {
-    layout.kind = LayoutKind::kWrapping;
-    layout.neededHeight = WrappedHeight(dc, text, layout.rect.width());
-    return layout;
-  }
-  layout.kind = LayoutKind::kOneLine;
-  layout.neededWidth = extent.cx + 2;
-  if (type == SS_RIGHT) {
+  layout = MeasureText(layout, dc, text, extent, rightLimit);
+  if (type == SS_RIGHT && layout.kind == LayoutKind::kOneLine) {
+    // Never wrapped: the column makes room for it instead.
     layout.rightAligned = true;
-    return layout;
-  }
-  // Widened first; should the text still not fit at the margin, it wraps onto more lines.
-  int widest = rightLimit - layout.rect.left;
-  if (layout.neededWidth > widest && widest > 0) {
-    layout.neededHeight = WrappedHeight(dc, text, widest - 2);
+    layout.neededHeight = extent.cy;
   }
   return layout;
 }
@@ -153,18 +161,7 @@ LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
     return MeasureButton(layout, style, dc, text, extent, rightLimit);
   }
   if (!isLink || text.empty()) return layout;
-  if (layout.rect.height() > extent.cy * 3 / 2) {
-    layout.kind = LayoutKind::kWrapping;
-    layout.neededHeight = WrappedHeight(dc, text, layout.rect.width() - 2);
-    return layout;
-  }
-  layout.kind = LayoutKind::kOneLine;
-  layout.neededWidth = extent.cx + 2;
-  int widest = rightLimit - layout.rect.left;
-  if (layout.neededWidth > widest && widest > 0) {
-    layout.neededHeight = WrappedHeight(dc, text, widest - 2);
-  }
-  return layout;
+  return MeasureText(layout, dc, text, extent, rightLimit);
 }
 
 // A control that gets more lines than its template gave it: buttons draw only one line unless
@@ -219,10 +216,17 @@ int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
   LayoutPlan plan = PlanLayout(controls, client.right, client.bottom, margin.bottom);
   for (size_t index = 0; index < measured.size(); ++index) {
     const LayoutRect& rect = plan.rects[index];
-    if (rect == controls[index].rect) continue;
     HWND control = measured[index].control;
-    if (rect.height() > controls[index].rect.height())
+    if (controls[index].rightAligned) {
+      // Wine drops the last character of some right-aligned texts ("ActiveX Version:" loses its
+      // colon); a left-aligned label exactly as wide as its text looks the same and shows it.
+      LONG style = GetWindowLongW(control, GWL_STYLE);
+      SetWindowLongW(control, GWL_STYLE, (style & ~SS_TYPEMASK) | SS_LEFT);
+    }
+    if (rect == controls[index].rect) continue;
+    if (rect.height() > controls[index].rect.height()) {
       PrepareForMoreLines(control, dc, rect.width());
+    }
     MoveWindow(control, rect.left, rect.top, rect.width(), rect.height(), TRUE);
   }
   if (previous != nullptr) SelectObject(dc, previous);

@@ -81,6 +81,45 @@ class Planner {
     MoveDownFrom(oldBottom, grow, index);
   }
 
+  // Overlaps the template itself has: a rule that starts inside its heading begins after the
+  // heading's text, and a label that reaches into the control below ends above it when its
+  // text leaves room for that.
+  void Settle() {
+    for (size_t rule = 0; rule < rects_.size(); ++rule) {
+      if (controls_[rule].kind != LayoutKind::kRule) continue;
+      for (size_t heading = 0; heading < rects_.size(); ++heading) {
+        LayoutRect& text = rects_[heading];
+        LayoutRect& line = rects_[rule];
+        if (controls_[heading].kind != LayoutKind::kOneLine || !SharesRows(text, line) ||
+            text.left >= line.left || text.right + kRuleGap <= line.left) {
+          continue;
+        }
+        text.right = std::max(text.left + controls_[heading].neededWidth, line.left - kRuleGap);
+        line.left = std::min(std::max(line.left, text.right + kRuleGap), line.right);
+      }
+    }
+    for (size_t upper = 0; upper < rects_.size(); ++upper) {
+      int textHeight = controls_[upper].neededHeight;
+      if (textHeight <= 0 || controls_[upper].kind == LayoutKind::kRule) continue;
+      for (size_t lower = 0; lower < rects_.size(); ++lower) {
+        LayoutRect& above = rects_[upper];
+        const LayoutRect& below = rects_[lower];
+        bool overlaps = below.top > above.top && below.top < above.bottom &&
+                        below.left < above.right && above.left < below.right;
+        if (overlaps && above.top + textHeight <= below.top) above.bottom = below.top;
+      }
+    }
+  }
+
+  // A right-aligned label ends up as wide as its own text, at the right edge of its column.
+  void FitRightAligned() {
+    for (size_t index = 0; index < rects_.size(); ++index) {
+      if (!controls_[index].rightAligned) continue;
+      LayoutRect& rect = rects_[index];
+      rect.left = std::max(rect.left, rect.right - controls_[index].neededWidth);
+    }
+  }
+
   // The block keeps its place while it lies below every other control.
   void KeepBottomBlockBelow(int margin) {
     int lowest = 0;
@@ -183,6 +222,7 @@ std::vector<int> ColumnWidths(const std::vector<LayoutControl>& controls) {
 LayoutPlan PlanLayout(const std::vector<LayoutControl>& controls, int clientWidth, int clientHeight,
                       int margin) {
   Planner planner(controls, clientWidth, margin);
+  planner.Settle();
   std::vector<int> widths = ColumnWidths(controls);
   // Top to bottom, so that a control moved down is fitted at its new place.
   std::vector<size_t> order(controls.size());
@@ -196,6 +236,7 @@ LayoutPlan PlanLayout(const std::vector<LayoutControl>& controls, int clientWidt
       planner.Grow(index, controls[index].neededHeight);
     }
   }
+  planner.FitRightAligned();
   planner.KeepBottomBlockBelow(margin);
   LayoutPlan plan{planner.rects(), clientHeight};
   for (const LayoutRect& rect : plan.rects) {

@@ -84,9 +84,22 @@ TEST(LayoutPlanTest, RightAlignedLabelsOfAColumnWidenTogetherAndKeepTheirValuesA
       RightAligned({10, 25, 100, 37}, 80), OneLine({105, 25, 300, 37}, 60)};
   std::vector<LayoutRect> planned = Plan(controls);
   EXPECT_EQ(planned[0], (LayoutRect{10, 10, 150, 22}));
-  EXPECT_EQ(planned[2], (LayoutRect{10, 25, 150, 37}));
+  EXPECT_EQ(planned[2], (LayoutRect{70, 25, 150, 37}));  // as wide as its own text
   EXPECT_EQ(planned[1], (LayoutRect{155, 10, 350, 22}));
   EXPECT_EQ(planned[3], (LayoutRect{155, 25, 350, 37}));
+}
+
+TEST(LayoutPlanTest, OverlapsOfTheTemplateAreCleared) {
+  // A heading whose rule starts inside it; a one-line label reaching into the button below.
+  LayoutControl label = OneLine({10, 40, 420, 60}, 200);
+  label.neededHeight = 13;
+  std::vector<LayoutControl> controls{OneLine({10, 10, 130, 22}, 100), Rule({90, 15, 420, 17}),
+                                      label, OneLine({10, 58, 200, 80}, 100)};
+  std::vector<LayoutRect> planned = Plan(controls);
+  EXPECT_EQ(planned[0], (LayoutRect{10, 10, 110, 22}));
+  EXPECT_EQ(planned[1], (LayoutRect{114, 15, 420, 17}));
+  EXPECT_EQ(planned[2], (LayoutRect{10, 40, 420, 58}));
+  EXPECT_EQ(planned[3], controls[3].rect);
 }
 
 TEST(LayoutPlanTest, ButtonsInARowMakeRoomWithoutCrossingTheMargins) {
