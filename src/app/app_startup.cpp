@@ -49,8 +49,12 @@ struct CentralObjects {
 
 void BuildPages(SMSystem& system, CentralObjects& central, SMSheetFrame& frame,
                 bool updatesWanted) {
-  SMAppObjects objects{system, *central.settings, *central.strings, *central.adminConfig,
-                       *central.privateData};
+  SMAppObjects objects{system,
+                       *central.settings,
+                       *central.strings,
+                       *central.adminConfig,
+                       *central.privateData,
+                       *central.platform};
   frame.CreateSheet(CopyOrEmpty(central.strings->GetString(kSheetCaptionId)));
   for (SMPageKind kind : kConstructionOrder) {
     // Asked again for every page, as the sheet does for itself.

@@ -26,6 +26,8 @@ struct SMAppObjects {
   SMStringTable& strings;
   SMAdminConfig& adminConfig;
   SMPrivateDataFolder& privateData;
+  // The data folders the clear data dialog empties besides the store's own.
+  SMPlatformServices& platform;
 };
 
 // The property sheet as the entry sees it. The Windows program implements it with the real

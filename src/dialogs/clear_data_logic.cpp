@@ -1,10 +1,21 @@
 #include "dialogs/clear_data_logic.h"
 
+#include "app/user_prompts.h"
 #include "platform/private_data_folder.h"
 #include "settings/settings_manager.h"
 
+int ClampCheckState(int state) {
+  return state < kCheckUnchecked || state > kCheckIndeterminate ? kCheckUnchecked : state;
+}
+
+ClearDataRequest RequestFromCheckStates(int siteDataState, int licenceState) {
+  return ClearDataRequest{ClampCheckState(siteDataState) == kCheckChecked,
+                          ClampCheckState(licenceState) == kCheckChecked};
+}
+
 ClearDataOutcome ClearAllData(SMSettingsManager& settings, SMPlatformServices& platform,
-                              SMPrivateDataFolder& privateData, ClearDataRequest request) {
+                              SMPrivateDataFolder& privateData, SMUserPrompts& prompts,
+                              ClearDataRequest request) {
   ClearDataOutcome outcome;
   const SettingValue* domains = settings.GetValue(SMSettingsManager::MasterDomain(), "domains");
   if (domains == nullptr || domains->type() != kSettingArray) {
@@ -16,9 +27,13 @@ ClearDataOutcome ClearAllData(SMSettingsManager& settings, SMPlatformServices& p
     bool sitesDeleted = settings.RemoveAllSites(true);
     bool cacheDeleted = platform.DeleteTree(platform.AssetCacheFolder());
     outcome.siteDataFailed = !(sitesDeleted && cacheDeleted);
+    if (outcome.siteDataFailed) prompts.ErrorBox(kSiteDataNotDeletedId, kUnableToDeleteCaptionId);
   }
   if (request.licenceFiles) {
     outcome.licenceFilesFailed = !privateData.DeleteLicenceFiles();
+    if (outcome.licenceFilesFailed) {
+      prompts.ErrorBox(kLicencesNotDeletedId, kUnableToDeleteCaptionId);
+    }
   }
   return outcome;
 }

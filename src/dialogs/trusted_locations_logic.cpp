@@ -1,6 +1,7 @@
 #include "dialogs/trusted_locations_logic.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "settings/settings_manager.h"
 
@@ -8,23 +9,35 @@ namespace {
 
 constexpr const char* kTrustedPathsKey = "trustedPaths";
 
+const SettingValue* StoredValue(SMSettingsManager& settings) {
+  return settings.GetValue(SMSettingsManager::MasterDomain(), kTrustedPathsKey);
+}
+
 // A copy of the current array (empty when the setting is missing or not an array).
 SettingArray CurrentLocations(SMSettingsManager& settings) {
-  const SettingValue* value =
-      settings.GetValue(SMSettingsManager::MasterDomain(), kTrustedPathsKey);
+  const SettingValue* value = StoredValue(settings);
   if (value == nullptr || value->type() != kSettingArray) return SettingArray();
   return value->array();
 }
 
 TrustedChange Store(SMSettingsManager& settings, SettingArray locations) {
-  bool written = settings.SetValue(SMSettingsManager::MasterDomain(),
-                                   SettingValue::Array(kTrustedPathsKey, std::move(locations)));
-  return written ? TrustedChange::kWritten : TrustedChange::kWriteFailed;
+  std::optional<SettingValue> former;
+  if (const SettingValue* value = StoredValue(settings)) former = *value;
+  if (settings.SetValue(SMSettingsManager::MasterDomain(),
+                        SettingValue::Array(kTrustedPathsKey, std::move(locations)))) {
+    return TrustedChange::kWritten;
+  }
+  // The file still holds the former value, and so must memory: a later write of any other
+  // global setting would otherwise store this change after all.
+  if (former) settings.GetSettingsTable(SMSettingsManager::MasterDomain())->Insert(*former);
+  return TrustedChange::kWriteFailed;
 }
 
-bool Contains(const SettingArray& locations, const std::string& location) {
-  return std::any_of(locations.begin(), locations.end(),
-                     [&](const SettingValue& element) { return element.name() == location; });
+std::optional<size_t> IndexOf(const SettingArray& locations, const std::string& location) {
+  for (size_t index = 0; index < locations.size(); ++index) {
+    if (locations[index].name() == location) return index;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -36,8 +49,9 @@ std::vector<std::string> TrustedLocations(SMSettingsManager& settings) {
 }
 
 TrustedChange AddTrustedLocation(SMSettingsManager& settings, const std::string& location) {
+  if (location.empty()) return TrustedChange::kUnchanged;
   SettingArray locations = CurrentLocations(settings);
-  if (location.empty() || Contains(locations, location)) return TrustedChange::kUnchanged;
+  if (IndexOf(locations, location)) return TrustedChange::kAlreadyListed;
   locations.Append(SettingValue::Boolean(location, true));
   return Store(settings, std::move(locations));
 }
@@ -46,24 +60,36 @@ TrustedChange RenameTrustedLocation(SMSettingsManager& settings, const std::stri
                                     const std::string& renamed) {
   if (renamed.empty() || renamed == former) return TrustedChange::kUnchanged;
   SettingArray locations = CurrentLocations(settings);
-  for (size_t i = 0; i < locations.size(); ++i) {
-    if (locations[i].name() == former) {
-      locations[i] = SettingValue::Boolean(renamed, true);
-      return Store(settings, std::move(locations));
-    }
-  }
-  return TrustedChange::kUnchanged;
+  if (IndexOf(locations, renamed)) return TrustedChange::kAlreadyListed;
+  std::optional<size_t> index = IndexOf(locations, former);
+  if (!index) return TrustedChange::kUnchanged;
+  locations[*index].set_name(renamed);
+  return Store(settings, std::move(locations));
 }
 
 TrustedChange RemoveTrustedLocations(SMSettingsManager& settings,
                                      const std::vector<std::string>& removed) {
   if (removed.empty()) return TrustedChange::kUnchanged;
-  SettingArray locations = CurrentLocations(settings);
   SettingArray kept;
-  for (const SettingValue& element : locations) {
+  for (const SettingValue& element : CurrentLocations(settings)) {
     if (std::find(removed.begin(), removed.end(), element.name()) == removed.end()) {
       kept.Append(element);
     }
   }
   return Store(settings, std::move(kept));
+}
+
+std::wstring PickerFilter(const std::wstring& description, const std::wstring& pattern) {
+  std::wstring filter = description;
+  filter.push_back(L'\0');
+  filter += pattern;
+  filter.push_back(L'\0');
+  filter.push_back(L'\0');
+  return filter;
+}
+
+std::wstring PickedPathText(const wchar_t* buffer, size_t capacity) {
+  if (buffer == nullptr) return std::wstring();
+  const wchar_t* end = std::find(buffer, buffer + capacity, L'\0');
+  return std::wstring(buffer, end);
 }

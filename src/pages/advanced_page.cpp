@@ -1,5 +1,8 @@
 #include "pages/advanced_page.h"
 
+#include "dialogs/clear_data_dialog.h"
+#include "dialogs/trusted_locations_dialog.h"
+#include "pages/advanced_logic.h"
 #include "pages/advanced_page_ids.h"
 
 AdvancedPage::AdvancedPage(const SMAppObjects& objects)
@@ -21,4 +24,20 @@ void AdvancedPage::SetTexts() {
 
 uint32_t AdvancedPage::LinkUrlId(int controlId) {
   return controlId == IDC_PROTECTED_HELP_LINK ? 13003 : SettingsPage::LinkUrlId(controlId);
+}
+
+bool AdvancedPage::OnButtonClicked(int controlId) {
+  switch (controlId) {
+    case IDC_ADVANCED_DELETE_ALL:
+      ClearDataDialog(objects_).Run();
+      return true;
+    case IDC_TRUSTED_LOCATIONS:
+      TrustedLocationsDialog(objects_).Run();
+      return true;
+    case IDC_DEAUTHORIZE:
+      DeauthorizeComputer(*this, objects_.privateData);
+      return true;
+    default:
+      return SettingsPage::OnButtonClicked(controlId);
+  }
 }

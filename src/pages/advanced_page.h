@@ -11,5 +11,6 @@ class AdvancedPage : public SettingsPage {
 
  protected:
   void SetTexts() override;
+  bool OnButtonClicked(int controlId) override;
   uint32_t LinkUrlId(int controlId) override;
 };

@@ -1,5 +1,6 @@
 #include "pages/storage_page.h"
 
+#include "dialogs/clear_data_dialog.h"
 #include "pages/storage_logic.h"
 #include "pages/storage_page_ids.h"
 
@@ -37,6 +38,9 @@ bool StoragePage::OnButtonClicked(int controlId) {
       WriteRadioGroup(IDC_STORAGE_ALLOW, index_);
       return true;
     }
+    case IDC_STORAGE_DELETE_ALL:
+      ClearDataDialog(objects_).Run();
+      return true;
     default:
       return SettingsPage::OnButtonClicked(controlId);
   }

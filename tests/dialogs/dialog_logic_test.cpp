@@ -8,6 +8,8 @@
 #include "l10n/string_table.h"
 #include "platform/private_data_folder.h"
 #include "settings/settings_manager.h"
+#include "support/locking_platform.h"
+#include "support/recording_prompts.h"
 #include "support/test_profile.h"
 
 namespace fs = std::filesystem;
@@ -117,58 +119,201 @@ TEST(SiteChoice, WritingStoresTheChoicesValues) {
   }
 }
 
-TEST(ClearData, DeletesOnlyWhatWasAskedAndNothingWithoutRecordedSites) {
-  DialogProfile profile;
-  SMSettingsManager& settings = *profile.settings;
-  SMPlatformServices& platform = *profile.platform;
-  SMPrivateDataFolder licences(platform.PrivateDataFolder(), &platform);
-  const fs::path licenceFile = PathFromUtf8(platform.PrivateDataFolder()) / "l.bin";
-  const fs::path assetFile = PathFromUtf8(platform.AssetCacheFolder()) / "a.bin";
-  const fs::path siteData = profile.SharedObjects() / "X1" / "one.example" / "d.sol";
-  WriteFileBytes(licenceFile, "l");
-  WriteFileBytes(assetFile, "a");
-  WriteFileBytes(siteData, "d");
+TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
+  enum Lock { kNoLock, kLockSiteData, kLockAssetCache, kLockLicences };
+  struct Case {
+    const char* name;
+    bool domainsIsArray;
+    int siteDataState;
+    int licenceState;
+    Lock lock;
+    bool siteSettingsGone;
+    bool siteDataGone;
+    bool assetCacheGone;
+    bool licencesGone;
+    std::vector<uint32_t> errors;
+  };
+  const Case cases[] = {
+      {"site data only", true, 1, 0, kNoLock, true, true, true, false, {}},
+      {"licences only", true, 0, 1, kNoLock, false, false, false, true, {}},
+      {"both", true, 1, 1, kNoLock, true, true, true, true, {}},
+      {"neither", true, 0, 0, kNoLock, false, false, false, false, {}},
+      {"indeterminate and out of range ask for nothing",
+       true,
+       2,
+       7,
+       kNoLock,
+       false,
+       false,
+       false,
+       false,
+       {}},
+      {"no list of sites", false, 1, 1, kNoLock, false, false, false, false, {}},
+      {"locked site data", true, 1, 1, kLockSiteData, true, false, true, true, {11501}},
+      {"locked asset cache", true, 1, 1, kLockAssetCache, true, true, false, true, {11501}},
+      {"locked licence", true, 1, 1, kLockLicences, true, true, true, false, {11502}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TestProfile profile;
+    LockingPlatform platform(profile.system);
+    fs::create_directories(profile.SettingsFolder());
+    SMSettingsManager settings(platform);
+    ASSERT_TRUE(settings.AddSite("one.example"));
+    if (!c.domainsIsArray) {
+      // What the player finds when the list is missing or damaged.
+      ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Number("domains", 1)));
+    }
+    const fs::path siteData = profile.SharedObjects() / "X1" / "one.example" / "d.sol";
+    const fs::path assetFile = PathFromUtf8(platform.AssetCacheFolder()) / "a.bin";
+    const fs::path licenceFile = PathFromUtf8(platform.PrivateDataFolder()) / "l.bin";
+    for (const fs::path& file : {siteData, assetFile, licenceFile}) WriteFileBytes(file, "x");
+    const std::string locked[] = {"", PathToUtf8(siteData), PathToUtf8(assetFile),
+                                  PathToUtf8(licenceFile)};
+    platform.locked = locked[c.lock];
 
-  // Without a "domains" list (here a damaged one) nothing at all is touched.
-  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Number("domains", 1)));
-  ClearDataOutcome outcome = ClearAllData(settings, platform, licences, {true, true});
-  EXPECT_TRUE(outcome.nothingRecorded);
-  EXPECT_TRUE(fs::exists(licenceFile) && fs::exists(assetFile) && fs::exists(siteData));
+    SMPrivateDataFolder licences(platform.PrivateDataFolder(), &platform);
+    RecordingPrompts prompts;
+    ClearAllData(settings, platform, licences, prompts,
+                 RequestFromCheckStates(c.siteDataState, c.licenceState));
 
-  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Array("domains", SettingArray())));
-  ASSERT_TRUE(settings.AddSite("one.example"));
-  outcome = ClearAllData(settings, platform, licences, {true, false});
-  EXPECT_FALSE(outcome.nothingRecorded || outcome.siteDataFailed || outcome.licenceFilesFailed);
-  EXPECT_FALSE(fs::exists(siteData));
-  EXPECT_FALSE(fs::exists(assetFile));
-  EXPECT_FALSE(fs::exists(profile.SiteFile("one.example")));
-  EXPECT_TRUE(fs::exists(licenceFile));
-  EXPECT_TRUE(settings.GetKnownSites()->empty());
-
-  outcome = ClearAllData(settings, platform, licences, {false, true});
-  EXPECT_FALSE(outcome.licenceFilesFailed);
-  EXPECT_FALSE(fs::exists(licenceFile));
+    EXPECT_EQ(!fs::exists(siteData), c.siteDataGone);
+    EXPECT_EQ(!fs::exists(profile.SiteFile("one.example")), c.siteSettingsGone);
+    EXPECT_EQ(!fs::exists(assetFile), c.assetCacheGone);
+    EXPECT_EQ(!fs::exists(licenceFile), c.licencesGone);
+    std::vector<std::vector<uint32_t>> expectedErrors;
+    for (uint32_t textId : c.errors) expectedErrors.push_back({textId, 11500});
+    EXPECT_EQ(prompts.errors, expectedErrors);
+    // The global settings outlive every deletion.
+    SMSettingsManager reread(platform);
+    EXPECT_NE(reread.GetValue(kMaster, "defaultklimit"), nullptr);
+  }
 }
 
-TEST(TrustedLocations, AddRenameRemoveKeepOrder) {
+TEST(ClearData, InitialCheckStatesAreClamped) {
+  const std::pair<int, int> cases[] = {{-1, 0}, {0, 0}, {1, 1}, {2, 2}, {3, 0}, {1000, 0}};
+  for (auto [stored, shown] : cases) EXPECT_EQ(ClampCheckState(stored), shown) << stored;
+}
+
+namespace {
+
+// One operation on the trusted locations and the list it must leave, on disk and in memory.
+struct TrustedStep {
+  enum Kind { kAdd, kRename, kRemove } kind;
+  std::vector<std::string> arguments;
+  TrustedChange change;
+  std::vector<std::string> listed;
+};
+
+TrustedChange RunStep(SMSettingsManager& settings, const TrustedStep& step) {
+  switch (step.kind) {
+    case TrustedStep::kAdd:
+      return AddTrustedLocation(settings, step.arguments[0]);
+    case TrustedStep::kRename:
+      return RenameTrustedLocation(settings, step.arguments[0], step.arguments[1]);
+    case TrustedStep::kRemove:
+      return RemoveTrustedLocations(settings, step.arguments);
+  }
+  return TrustedChange::kUnchanged;
+}
+
+}  // namespace
+
+TEST(TrustedLocations, AddRenameRemoveKeepOrderAndUniqueNames) {
   DialogProfile profile;
   SMSettingsManager& settings = *profile.settings;
   EXPECT_TRUE(TrustedLocations(settings).empty());
-  EXPECT_EQ(AddTrustedLocation(settings, "C:\\a"), TrustedChange::kWritten);
-  EXPECT_EQ(AddTrustedLocation(settings, "C:\\b"), TrustedChange::kWritten);
-  EXPECT_EQ(AddTrustedLocation(settings, "C:\\c"), TrustedChange::kWritten);
-  EXPECT_EQ(AddTrustedLocation(settings, "C:\\b"), TrustedChange::kUnchanged);
-  EXPECT_EQ(RenameTrustedLocation(settings, "C:\\b", ""), TrustedChange::kUnchanged);
-  EXPECT_EQ(RenameTrustedLocation(settings, "C:\\b", "C:\\b"), TrustedChange::kUnchanged);
-  EXPECT_EQ(RenameTrustedLocation(settings, "C:\\a", "D:\\a"), TrustedChange::kWritten);
-  EXPECT_EQ(RemoveTrustedLocations(settings, {"C:\\b"}), TrustedChange::kWritten);
-
-  SMSettingsManager reread(*profile.platform);
-  EXPECT_EQ(TrustedLocations(reread), (std::vector<std::string>{"D:\\a", "C:\\c"}));
-  const SettingValue* stored = reread.GetValue(kMaster, "trustedPaths");
-  ASSERT_NE(stored, nullptr);
-  for (const SettingValue& element : stored->array()) {
-    EXPECT_EQ(element.type(), kSettingBoolean);
-    EXPECT_TRUE(element.boolean());
+  const std::string a = "C:\\a", b = "C:\\b", c = "C:\\c";
+  const std::string accented = "D:\\Entw\xC3\xBC rfe\\\xE6\xB8\xAC\xE8\xA9\xA6.vtm";
+  const std::string longPath = "C:\\" + std::string(300, 'x') + "\\game.vtm";
+  using S = TrustedStep;
+  const TrustedStep steps[] = {
+      {S::kAdd, {a}, TrustedChange::kWritten, {a}},
+      {S::kAdd, {b}, TrustedChange::kWritten, {a, b}},
+      {S::kAdd, {c}, TrustedChange::kWritten, {a, b, c}},
+      {S::kAdd, {b}, TrustedChange::kAlreadyListed, {a, b, c}},
+      {S::kAdd, {""}, TrustedChange::kUnchanged, {a, b, c}},
+      {S::kRename, {b, ""}, TrustedChange::kUnchanged, {a, b, c}},
+      {S::kRename, {b, b}, TrustedChange::kUnchanged, {a, b, c}},
+      {S::kRename, {b, c}, TrustedChange::kAlreadyListed, {a, b, c}},
+      {S::kRename, {"C:\\gone", "C:\\new"}, TrustedChange::kUnchanged, {a, b, c}},
+      {S::kRename, {a, accented}, TrustedChange::kWritten, {accented, b, c}},
+      {S::kAdd, {longPath}, TrustedChange::kWritten, {accented, b, c, longPath}},
+      {S::kRemove, {accented, c}, TrustedChange::kWritten, {b, longPath}},
+      {S::kRemove, {}, TrustedChange::kUnchanged, {b, longPath}},
+  };
+  for (const TrustedStep& step : steps) {
+    SCOPED_TRACE(step.arguments.empty() ? "" : step.arguments[0]);
+    EXPECT_EQ(RunStep(settings, step), step.change);
+    EXPECT_EQ(TrustedLocations(settings), step.listed);
+    SMSettingsManager reread(*profile.platform);
+    EXPECT_EQ(TrustedLocations(reread), step.listed);
   }
+}
+
+TEST(TrustedLocations, FailedWritesLeaveTheSettingAsItIs) {
+  DialogProfile profile;
+  SMSettingsManager& settings = *profile.settings;
+  ASSERT_EQ(AddTrustedLocation(settings, "C:\\a"), TrustedChange::kWritten);
+  ASSERT_EQ(AddTrustedLocation(settings, "C:\\b"), TrustedChange::kWritten);
+  // A file where the settings folder should be: every write fails.
+  fs::remove_all(profile.SettingsFolder());
+  WriteFileBytes(profile.SettingsFolder(), "not a folder");
+  EXPECT_EQ(AddTrustedLocation(settings, "C:\\c"), TrustedChange::kWriteFailed);
+  EXPECT_EQ(RenameTrustedLocation(settings, "C:\\a", "C:\\z"), TrustedChange::kWriteFailed);
+  EXPECT_EQ(RemoveTrustedLocations(settings, {"C:\\a"}), TrustedChange::kWriteFailed);
+  EXPECT_EQ(TrustedLocations(settings), (std::vector<std::string>{"C:\\a", "C:\\b"}));
+
+  // The next write of another global setting must not store the failed changes after all.
+  fs::remove(profile.SettingsFolder());
+  fs::create_directories(profile.SettingsFolder());
+  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Number("defaultklimit", 10)));
+  SMSettingsManager reread(*profile.platform);
+  EXPECT_EQ(TrustedLocations(reread), (std::vector<std::string>{"C:\\a", "C:\\b"}));
+}
+
+TEST(TrustedLocations, OddValuesAreListedAsFarAsPossibleAndNotRewrittenByReading) {
+  SettingArray mixed;
+  mixed.Append(SettingValue::Boolean("C:\\yes", true));
+  mixed.Append(SettingValue::Number("C:\\number", 3));
+  mixed.Append(SettingValue::Boolean("C:\\no", false));
+  struct Case {
+    SettingValue stored;
+    std::vector<std::string> listed;
+  };
+  const Case cases[] = {
+      {SettingValue::String("trustedPaths", "C:\\text"), {}},
+      {SettingValue::Number("trustedPaths", 1), {}},
+      {SettingValue::Array("trustedPaths", mixed), {"C:\\yes", "C:\\number", "C:\\no"}},
+  };
+  for (const Case& c : cases) {
+    DialogProfile profile;
+    ASSERT_TRUE(profile.settings->SetValue(kMaster, c.stored));
+    SMSettingsManager opened(*profile.platform);
+    const std::string before = ReadFileBytes(profile.MasterFile());
+    EXPECT_EQ(TrustedLocations(opened), c.listed);
+    EXPECT_EQ(ReadFileBytes(profile.MasterFile()), before);
+  }
+
+  // Editing one element of such a list keeps every other element, and its own value, as it was.
+  DialogProfile profile;
+  ASSERT_TRUE(profile.settings->SetValue(kMaster, SettingValue::Array("trustedPaths", mixed)));
+  ASSERT_EQ(RenameTrustedLocation(*profile.settings, "C:\\number", "C:\\renamed"),
+            TrustedChange::kWritten);
+  ASSERT_EQ(RemoveTrustedLocations(*profile.settings, {"C:\\yes"}), TrustedChange::kWritten);
+  SMSettingsManager reread(*profile.platform);
+  const SettingArray& stored = reread.GetValue(kMaster, "trustedPaths")->array();
+  ASSERT_EQ(stored.size(), 2u);
+  EXPECT_TRUE(IdenticalValues(stored[0], SettingValue::Number("C:\\renamed", 3)));
+  EXPECT_TRUE(IdenticalValues(stored[1], SettingValue::Boolean("C:\\no", false)));
+}
+
+TEST(TrustedLocations, PickersHandBackThePathUpToItsTerminator) {
+  EXPECT_EQ(PickerFilter(L"VTM Files (*.vtm)", L"*.vtm"),
+            std::wstring(L"VTM Files (*.vtm)\0*.vtm\0\0", 25));
+  // A shorter path picked over a longer one leaves the old tail behind its terminator.
+  const wchar_t picked[] = L"C:\\dev\\a.vtm\0C:\\stale\\longer.vtm";
+  EXPECT_EQ(PickedPathText(picked, std::size(picked)), L"C:\\dev\\a.vtm");
+  EXPECT_EQ(PickedPathText(L"C:\\xyz", 4), L"C:\\x");  // no terminator inside the buffer
+  EXPECT_EQ(PickedPathText(nullptr, 0), L"");
 }

@@ -1,5 +1,6 @@
 #include "app_driver.h"
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <thread>
@@ -137,4 +138,99 @@ HWND AppUnderTest::CurrentPage() const {
 HWND AppUnderTest::SelectTab(int index) const {
   SendMessageW(sheet_, PSM_SETCURSEL, static_cast<WPARAM>(index), 0);
   return CurrentPage();
+}
+
+namespace {
+
+// A block of memory inside the process that owns a window.
+class RemoteBlock {
+ public:
+  RemoteBlock(HWND window, size_t bytes) : bytes_(bytes) {
+    DWORD processId = 0;
+    GetWindowThreadProcessId(window, &processId);
+    process_ =
+        OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId);
+    if (process_ != nullptr) {
+      address_ = VirtualAllocEx(process_, nullptr, bytes, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+    }
+  }
+  ~RemoteBlock() {
+    if (address_ != nullptr) VirtualFreeEx(process_, address_, 0, MEM_RELEASE);
+    if (process_ != nullptr) CloseHandle(process_);
+  }
+  RemoteBlock(const RemoteBlock&) = delete;
+  RemoteBlock& operator=(const RemoteBlock&) = delete;
+
+  bool valid() const { return address_ != nullptr; }
+  char* at(size_t offset) const { return static_cast<char*>(address_) + offset; }
+  bool Write(size_t offset, const void* data, size_t size) {
+    return offset + size <= bytes_ &&
+           WriteProcessMemory(process_, at(offset), data, size, nullptr) != 0;
+  }
+  bool Read(size_t offset, void* data, size_t size) {
+    return offset + size <= bytes_ &&
+           ReadProcessMemory(process_, at(offset), data, size, nullptr) != 0;
+  }
+
+ private:
+  HANDLE process_ = nullptr;
+  void* address_ = nullptr;
+  size_t bytes_;
+};
+
+// Longer than any path the tests store.
+constexpr size_t kRowTextCapacity = 4096;
+
+}  // namespace
+
+int ListRowCount(HWND list) {
+  return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+}
+
+std::wstring ListRowText(HWND list, int row) {
+  RemoteBlock block(list, sizeof(LVITEMW) + kRowTextCapacity * sizeof(wchar_t));
+  if (!block.valid()) return L"";
+  LVITEMW item{};
+  item.iSubItem = 0;
+  item.pszText = reinterpret_cast<wchar_t*>(block.at(sizeof item));
+  item.cchTextMax = static_cast<int>(kRowTextCapacity);
+  block.Write(0, &item, sizeof item);
+  auto length = static_cast<size_t>(SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
+                                                 reinterpret_cast<LPARAM>(block.at(0))));
+  std::wstring text(std::min(length, kRowTextCapacity - 1), L'\0');
+  block.Read(sizeof item, text.data(), text.size() * sizeof(wchar_t));
+  return text;
+}
+
+std::vector<std::wstring> ListRows(HWND list) {
+  std::vector<std::wstring> rows;
+  for (int row = 0; row < ListRowCount(list); ++row) rows.push_back(ListRowText(list, row));
+  return rows;
+}
+
+void SelectListRows(HWND list, const std::vector<int>& rows) {
+  RemoteBlock block(list, sizeof(LVITEMW));
+  if (!block.valid()) return;
+  LVITEMW item{};
+  item.stateMask = LVIS_SELECTED;
+  item.state = 0;
+  block.Write(0, &item, sizeof item);
+  // Row -1 stands for every row.
+  SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
+               reinterpret_cast<LPARAM>(block.at(0)));
+  item.state = LVIS_SELECTED;
+  block.Write(0, &item, sizeof item);
+  for (int row : rows) {
+    SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(block.at(0)));
+  }
+}
+
+bool EditListRow(HWND list, int row, const std::wstring& text) {
+  auto edit =
+      reinterpret_cast<HWND>(SendMessageW(list, LVM_EDITLABELW, static_cast<WPARAM>(row), 0));
+  if (edit == nullptr) return false;
+  SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+  SendMessageW(edit, WM_KEYDOWN, VK_RETURN, 0);
+  return true;
 }

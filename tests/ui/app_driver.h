@@ -47,3 +47,14 @@ std::wstring AppPath();
 std::wstring WindowText(HWND window);
 LONG ExtendedStyle(HWND window);
 bool IsChecked(HWND page, int controlId);
+
+// List views of the program, driven from the test's process: messages that carry a pointer get
+// one into memory allocated inside the program's process.
+int ListRowCount(HWND list);
+std::wstring ListRowText(HWND list, int row);
+std::vector<std::wstring> ListRows(HWND list);
+// Selects exactly these rows.
+void SelectListRows(HWND list, const std::vector<int>& rows);
+// Starts editing a row's label, replaces the text and ends the edit with Enter, as a user
+// would; false when the list did not start an edit.
+bool EditListRow(HWND list, int row, const std::wstring& text);

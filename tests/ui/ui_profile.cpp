@@ -35,6 +35,8 @@ void UiProfile::Clear() {
     RegDeleteKeyExW(HKEY_LOCAL_MACHINE, KeyOf(kind).c_str(), KEY_WOW64_32KEY, 0);
   }
   platform_->DeleteTree(platform_->PlayerDataRoot());
+  platform_->DeleteTree(platform_->AssetCacheFolder());
+  platform_->DeleteTree(platform_->PrivateDataFolder());
   DeleteFileW(ToUtf16(AdminConfigFilePath(system_)).value_or(L"").c_str());
 }
 

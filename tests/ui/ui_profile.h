@@ -34,6 +34,8 @@ class UiProfile {
   std::string StoredDataFile(const std::string& site);
   // No player, no settings and no administrator file.
   void Clear();
+  // The prefix's data locations, as the program computes them.
+  Win32PlatformServices& platform() { return *platform_; }
 
  private:
   Win32System system_;

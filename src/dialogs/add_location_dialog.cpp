@@ -1,0 +1,121 @@
+#include "dialogs/add_location_dialog.h"
+
+// clang-format off
+#include <windows.h>
+#include <commdlg.h>
+#include <shlobj.h>
+// clang-format on
+
+#include <vector>
+
+#include "dialogs/add_location_ids.h"
+#include "dialogs/trusted_locations_logic.h"
+#include "layout/dialog_layout.h"
+
+namespace {
+
+constexpr INT_PTR kConfirmed = 0;
+constexpr INT_PTR kCancelled = 1;
+
+std::wstring TextOrEmpty(const std::optional<std::wstring>& text) {
+  return text.value_or(std::wstring());
+}
+
+}  // namespace
+
+bool AddLocationDialog::Run(HWND owner) {
+  return RunModal(IDD_ADD_LOCATION, owner) == kConfirmed;
+}
+
+void AddLocationDialog::Initialise() {
+  if (IsRightToLeftUser(system_)) MakeRightToLeft(window_);
+  SetWindowTextW(window_, TextOrEmpty(GetText(84000)).c_str());
+  SetControlText(IDC_ADD_LOCATION_LABEL, 84001);
+  SetControlText(IDC_ADD_LOCATION_FILE, 11012);
+  SetControlText(IDC_ADD_LOCATION_FOLDER, 11013);
+  SetControlText(IDOK, 11002);
+  SetControlText(IDCANCEL, 11001);
+  // Paths may be longer than the edit's default limit.
+  SendDlgItemMessageW(window_, IDC_ADD_LOCATION_PATH, EM_SETLIMITTEXT, 0, 0);
+  EnableWindow(GetDlgItem(window_, IDOK), FALSE);
+  FitDialogToTexts(window_);
+}
+
+bool AddLocationDialog::OnMessage(UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
+  if (message == WM_INITDIALOG) {
+    Initialise();
+    result = TRUE;
+    return true;
+  }
+  if (message != WM_COMMAND) return false;
+  const int controlId = LOWORD(wParam);
+  const int code = HIWORD(wParam);
+  if (controlId == IDC_ADD_LOCATION_PATH && code == EN_CHANGE) {
+    EnableWindow(GetDlgItem(window_, IDOK),
+                 GetWindowTextLengthW(GetDlgItem(window_, IDC_ADD_LOCATION_PATH)) > 0);
+    return true;
+  }
+  if (code != BN_CLICKED) return false;
+  switch (controlId) {
+    case IDC_ADD_LOCATION_FILE:
+      PickFile();
+      return true;
+    case IDC_ADD_LOCATION_FOLDER:
+      PickFolder();
+      return true;
+    case IDOK:
+      // Enter in the edit presses the default button even while it is disabled.
+      if (!IsWindowEnabled(GetDlgItem(window_, IDOK))) return true;
+      location_ = EditText();
+      EndDialog(window_, kConfirmed);
+      return true;
+    case IDCANCEL:
+      EndDialog(window_, kCancelled);
+      return true;
+    default:
+      return false;
+  }
+}
+
+std::wstring AddLocationDialog::EditText() const {
+  HWND edit = GetDlgItem(window_, IDC_ADD_LOCATION_PATH);
+  std::vector<wchar_t> buffer(static_cast<size_t>(GetWindowTextLengthW(edit)) + 1);
+  GetWindowTextW(edit, buffer.data(), static_cast<int>(buffer.size()));
+  return PickedPathText(buffer.data(), buffer.size());
+}
+
+void AddLocationDialog::ShowPickedPath(const std::wstring& path) {
+  // The edit's change notification enables "Confirm".
+  SetDlgItemTextW(window_, IDC_ADD_LOCATION_PATH, path.c_str());
+}
+
+void AddLocationDialog::PickFile() {
+  const std::wstring filter =
+      PickerFilter(TextOrEmpty(GetText(82000)), TextOrEmpty(GetText(82001)));
+  const std::wstring title = TextOrEmpty(GetText(83001));
+  std::vector<wchar_t> path(kLongestPickedPath, L'\0');
+  OPENFILENAMEW request{};
+  request.lStructSize = sizeof request;
+  request.hwndOwner = window_;
+  request.lpstrFilter = filter.c_str();
+  request.nFilterIndex = 1;
+  request.lpstrFile = path.data();
+  request.nMaxFile = static_cast<DWORD>(path.size());
+  request.lpstrTitle = title.c_str();
+  request.Flags =
+      OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+  if (GetOpenFileNameW(&request)) ShowPickedPath(PickedPathText(path.data(), path.size()));
+}
+
+void AddLocationDialog::PickFolder() {
+  const std::wstring title = TextOrEmpty(GetText(83000));
+  BROWSEINFOW request{};
+  request.hwndOwner = window_;
+  request.lpszTitle = title.c_str();
+  request.ulFlags = BIF_RETURNONLYFSDIRS;
+  PIDLIST_ABSOLUTE folder = SHBrowseForFolderW(&request);
+  if (folder == nullptr) return;
+  wchar_t path[MAX_PATH] = {};
+  if (SHGetPathFromIDListW(folder, path)) ShowPickedPath(PickedPathText(path, MAX_PATH));
+  CoTaskMemFree(folder);
+}

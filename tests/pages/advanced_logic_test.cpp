@@ -1,0 +1,40 @@
+// The Advanced page's deauthorization: the question, the deletion and the error.
+#include "pages/advanced_logic.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/private_data_folder.h"
+#include "support/locking_platform.h"
+#include "support/recording_prompts.h"
+#include "support/test_profile.h"
+
+namespace fs = std::filesystem;
+
+TEST(Deauthorize, DeletesLicencesOnlyAfterOkAndReportsWhatIsLeft) {
+  struct Case {
+    bool confirm;
+    bool locked;
+    DeauthorizeOutcome outcome;
+    bool licencesGone;
+    std::vector<std::vector<uint32_t>> errors;
+  };
+  const Case cases[] = {
+      {false, false, DeauthorizeOutcome::kCancelled, false, {}},
+      {true, false, DeauthorizeOutcome::kDeleted, true, {}},
+      {true, true, DeauthorizeOutcome::kFailed, false, {{11502, 11500}}},
+  };
+  for (const Case& c : cases) {
+    TestProfile profile;
+    LockingPlatform platform(profile.system);
+    const fs::path licenceFile = PathFromUtf8(platform.PrivateDataFolder()) / "store" / "l.bin";
+    WriteFileBytes(licenceFile, "licence");
+    if (c.locked) platform.locked = PathToUtf8(licenceFile);
+    SMPrivateDataFolder licences(platform.PrivateDataFolder(), &platform);
+    RecordingPrompts prompts(c.confirm);
+
+    EXPECT_EQ(DeauthorizeComputer(prompts, licences), c.outcome);
+    EXPECT_EQ(prompts.confirmations, (std::vector<std::vector<uint32_t>>{{41105, 41106, 41104}}));
+    EXPECT_EQ(prompts.errors, c.errors);
+    EXPECT_EQ(!fs::exists(licenceFile), c.licencesGone);
+  }
+}
