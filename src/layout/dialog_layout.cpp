@@ -77,11 +77,16 @@ bool IsBoxButton(LONG style) {
          type == BS_CHECKBOX || type == BS_AUTO3STATE || type == BS_3STATE;
 }
 
-int WrappedHeight(HDC dc, const std::wstring& text, int width) {
+// The size of the text wrapped at `width`; wider than that when one word alone is.
+SIZE Wrapped(HDC dc, const std::wstring& text, int width) {
   RECT wrapped{0, 0, std::max(width, 1), 0};
   DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &wrapped,
             DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
-  return wrapped.bottom;
+  return SIZE{wrapped.right, wrapped.bottom};
+}
+
+int WrappedHeight(HDC dc, const std::wstring& text, int width) {
+  return Wrapped(dc, text, width).cy;
 }
 
 LayoutRect RectInDialog(HWND dialog, HWND control) {
@@ -99,7 +104,10 @@ LayoutControl MeasureText(LayoutControl layout, HDC dc, const std::wstring& text
                           int rightLimit) {
   if (layout.rect.height() > extent.cy * 3 / 2) {
     layout.kind = LayoutKind::kWrapping;
-    layout.neededHeight = WrappedHeight(dc, text, layout.rect.width() - 2);
+    SIZE wrapped = Wrapped(dc, text, layout.rect.width() - 2);
+    layout.neededHeight = wrapped.cy;
+    // A word longer than the line (scripts without spaces) widens the label.
+    if (wrapped.cx > layout.rect.width() - 2) layout.neededWidth = wrapped.cx + 2;
     return layout;
   }
   layout.kind = LayoutKind::kOneLine;

@@ -231,7 +231,9 @@ LayoutPlan PlanLayout(const std::vector<LayoutControl>& controls, int clientWidt
                    [&](size_t a, size_t b) { return controls[a].rect.top < controls[b].rect.top; });
   for (size_t index : order) {
     LayoutKind kind = controls[index].kind;
-    if (kind == LayoutKind::kOneLine) planner.Widen(index, widths[index]);
+    if (kind == LayoutKind::kOneLine || kind == LayoutKind::kWrapping) {
+      planner.Widen(index, widths[index]);
+    }
     if (kind == LayoutKind::kOneLine || kind == LayoutKind::kWrapping) {
       planner.Grow(index, controls[index].neededHeight);
     }

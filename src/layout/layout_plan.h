@@ -25,7 +25,9 @@ enum class LayoutKind {
 struct LayoutControl {
   LayoutKind kind = LayoutKind::kFixed;
   LayoutRect rect;
-  int neededWidth = 0;  // kOneLine: width of the text plus the control's own decoration
+  // kOneLine: width of the text plus the control's own decoration; kWrapping: the width of its
+  // longest word when that is wider than the control, else 0.
+  int neededWidth = 0;
   // kWrapping: height of the text wrapped at the control's width. kOneLine: the height of the
   // text on one line, or wrapped at the widest width the control may have when even that is
   // too narrow for one line; 0 for controls that keep their height.

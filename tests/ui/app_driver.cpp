@@ -187,11 +187,11 @@ int ListRowCount(HWND list) {
   return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
 }
 
-std::wstring ListRowText(HWND list, int row) {
+std::wstring ListRowText(HWND list, int row, int column) {
   RemoteBlock block(list, sizeof(LVITEMW) + kRowTextCapacity * sizeof(wchar_t));
   if (!block.valid()) return L"";
   LVITEMW item{};
-  item.iSubItem = 0;
+  item.iSubItem = column;
   item.pszText = reinterpret_cast<wchar_t*>(block.at(sizeof item));
   item.cchTextMax = static_cast<int>(kRowTextCapacity);
   block.Write(0, &item, sizeof item);

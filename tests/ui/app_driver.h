@@ -51,7 +51,7 @@ bool IsChecked(HWND page, int controlId);
 // List views of the program, driven from the test's process: messages that carry a pointer get
 // one into memory allocated inside the program's process.
 int ListRowCount(HWND list);
-std::wstring ListRowText(HWND list, int row);
+std::wstring ListRowText(HWND list, int row, int column = 0);
 std::vector<std::wstring> ListRows(HWND list);
 // Selects exactly these rows.
 void SelectListRows(HWND list, const std::vector<int>& rows);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "app_driver.h"
 #include "platform/win32/utf16.h"
 
 namespace {
@@ -15,6 +16,8 @@ namespace {
 // after it of a radio button or check box.
 constexpr int kPushButtonFrame = 6;
 constexpr int kBoxAndGap = 16;
+// Space a list view keeps on both sides of a cell's text.
+constexpr int kCellPadding = 12;
 
 struct Control {
   HWND window;
@@ -120,6 +123,26 @@ void CheckText(HDC dc, const Control& control, std::vector<std::string>& problem
   }
 }
 
+// Rows are filled after the layout ran, in columns of fixed widths: every cell must fit.
+void CheckListCells(HDC dc, const Control& list, std::vector<std::string>& problems) {
+  auto header = reinterpret_cast<HWND>(SendMessageW(list.window, LVM_GETHEADER, 0, 0));
+  int columns =
+      header != nullptr ? static_cast<int>(SendMessageW(header, HDM_GETITEMCOUNT, 0, 0)) : 0;
+  for (int row = 0; row < ListRowCount(list.window); ++row) {
+    for (int column = 0; column < columns; ++column) {
+      std::wstring text = ListRowText(list.window, row, column);
+      auto width = static_cast<int>(SendMessageW(list.window, LVM_GETCOLUMNWIDTH, column, 0));
+      SIZE needed = OneLine(dc, text);
+      if (needed.cx + kCellPadding > width) {
+        problems.push_back(Describe(list) + " row " + std::to_string(row) + " column " +
+                           std::to_string(column) + " \"" + ToUtf8(text).value_or("?") +
+                           "\": the text needs " + std::to_string(needed.cx + kCellPadding) +
+                           ", the column gives " + std::to_string(width));
+      }
+    }
+  }
+}
+
 bool Overlap(const RECT& a, const RECT& b) {
   RECT both{};
   return IntersectRect(&both, &a, &b) != FALSE;
@@ -151,6 +174,7 @@ std::vector<std::string> LayoutProblems(HWND container) {
   for (size_t index = 0; index < controls.size(); ++index) {
     const Control& control = controls[index];
     CheckText(dc, control, problems);
+    if (control.className == WC_LISTVIEWW) CheckListCells(dc, control, problems);
     const RECT& box = control.bounds;
     if (box.left < client.left || box.top < client.top || box.right > client.right ||
         box.bottom > client.bottom) {
