@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "settings/settings_manager.h"
@@ -65,6 +66,42 @@ void Copy(benchmark::State& state, const SettingsTable& table, const std::string
                           static_cast<int64_t>(bytes.size()));
 }
 
+// The same master file as JSON of the tool's shape (name, type and value of every pair and
+// element), parsed by a general JSON library: the yardstick for the reader.
+std::string MasterAsJson(const SettingsTable& table) {
+  nlohmann::json pairs = nlohmann::json::array();
+  for (const std::string& name : table.Names()) {
+    const SettingValue& value = *table.Find(name);
+    nlohmann::json pair = {{"name", name}};
+    if (value.type() == kSettingArray) {
+      nlohmann::json elements = nlohmann::json::array();
+      for (const SettingValue& element : value.array()) {
+        elements.push_back({{"name", element.name()}, {"type", "boolean"}, {"value", true}});
+      }
+      pair["type"] = "array";
+      pair["value"] = std::move(elements);
+    } else if (value.type() == kSettingNumber) {
+      pair["type"] = "number";
+      pair["value"] = value.number();
+    } else {
+      pair["type"] = "boolean";
+      pair["value"] = value.boolean();
+    }
+    pairs.push_back(std::move(pair));
+  }
+  return nlohmann::json({{"name", "settings"}, {"pairs", std::move(pairs)}}).dump();
+}
+
+void BM_ParseMaster10000SitesAsJson(benchmark::State& state) {
+  const std::string text = MasterAsJson(MasterWithSites(10000));
+  for (auto _ : state) {
+    nlohmann::json parsed = nlohmann::json::parse(text);
+    benchmark::DoNotOptimize(parsed);
+  }
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) *
+                          static_cast<int64_t>(text.size()));
+}
+
 void BM_CopyMaster10000Sites(benchmark::State& state) {
   Copy(state, MasterWithSites(10000), "settings");
 }
@@ -85,6 +122,7 @@ void BM_WriteSmallSite(benchmark::State& state) {
 
 BENCHMARK(BM_CopyMaster10000Sites);
 BENCHMARK(BM_ParseMaster10000Sites);
+BENCHMARK(BM_ParseMaster10000SitesAsJson);
 BENCHMARK(BM_WriteMaster10000Sites);
 BENCHMARK(BM_ParseSmallSite);
 BENCHMARK(BM_WriteSmallSite);

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs every fuzz target of the `fuzz` preset for the given number of seconds (default 60),
-# starting from the committed seed corpus. Exits non-zero on any crash, leak, timeout or
+# Runs every fuzz target of the `fuzz` preset, sharing the given number of seconds (default 60)
+# between them, each starting from its committed seed corpus. Exits non-zero on any crash, leak, timeout or
 # sanitizer report; the input that caused it is kept under build/fuzz/artifacts.
 set -uo pipefail
 seconds="${1:-60}"
@@ -29,6 +29,13 @@ run_target() {
   fi
 }
 
+targets=(settings_reader_fuzzer admin_config_fuzzer settings_json_fuzzer)
+corpora=("$root/tests/settings/corpus" "$root/tests/admincfg/corpus" "$root/tests/cli/corpus")
+total="$seconds"
+seconds=$(( total / ${#targets[@]} ))
+[ "$seconds" -ge 1 ] || seconds=1
 failed=0
-run_target settings_reader_fuzzer "$root/tests/settings/corpus" || failed=1
+for i in "${!targets[@]}"; do
+  run_target "${targets[$i]}" "${corpora[$i]}" || failed=1
+done
 exit $failed

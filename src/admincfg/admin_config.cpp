@@ -54,7 +54,9 @@ bool SMAdminConfig::LoadFromBytes(std::string_view bytes) {
     if (c == '\n' || c == '\r') {
       AddLine(bytes.substr(lineStart, pos - lineStart));
       ++pos;
-      if (c == '\r' && pos < bytes.size() && bytes[pos] == '\n') ++pos;
+      // The player takes the character after a carriage return as the line feed of a CR LF
+      // pair without looking at it, so a bare CR also swallows the next line's first byte.
+      if (c == '\r' && pos < bytes.size()) ++pos;
       lineStart = pos;
     } else {
       ++pos;

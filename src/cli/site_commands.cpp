@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "app/user_prompts.h"
 #include "cli/commands.h"
 #include "cli/json_codec.h"
 #include "dialogs/clear_data_logic.h"
@@ -137,21 +138,26 @@ int RunRemoveSite(CliContext& context, const std::string& site, bool keepSetting
 }
 
 int RunClear(CliContext& context, bool licences) {
-  SMStringTable& strings = context.strings();
-  ClearDataOutcome outcome =
-      ClearAllData(context.settings(), context.platform(), context.privateData(), {true, licences});
+  // The dialog's error boxes become lines on the standard error stream.
+  class ErrorLines : public SMUserPrompts {
+   public:
+    explicit ErrorLines(SMStringTable& strings) : strings_(strings) {}
+    bool ConfirmBox(uint32_t, uint32_t, uint32_t) override { return true; }
+    void ErrorBox(uint32_t textId, uint32_t) override {
+      const char* text = strings_.GetString(textId);
+      Fail(kExitFailed, text != nullptr ? text : "deletion failed");
+    }
+
+   private:
+    SMStringTable& strings_;
+  } errors(context.strings());
+  ClearDataOutcome outcome = ClearAllData(context.settings(), context.platform(),
+                                          context.privateData(), errors, {true, licences});
   if (outcome.nothingRecorded) {
     std::cerr << "vpsettings: no sites are recorded; nothing was deleted\n";
     return kExitOk;
   }
-  int status = kExitOk;
-  for (auto [failed, textId] :
-       {std::pair{outcome.siteDataFailed, 11501u}, std::pair{outcome.licenceFilesFailed, 11502u}}) {
-    if (!failed) continue;
-    const char* text = strings.GetString(textId);
-    status = Fail(kExitFailed, text != nullptr ? text : "deletion failed");
-  }
-  return status;
+  return outcome.siteDataFailed || outcome.licenceFilesFailed ? kExitFailed : kExitOk;
 }
 
 int RunTrusted(CliContext& context, const std::string& action, const std::string& location) {
@@ -169,7 +175,7 @@ int RunTrusted(CliContext& context, const std::string& action, const std::string
   TrustedChange change;
   if (action == "add") {
     change = AddTrustedLocation(settings, location);
-    if (change == TrustedChange::kUnchanged) {
+    if (change == TrustedChange::kAlreadyListed) {
       std::cerr << "vpsettings: already trusted: " << location << '\n';
       return kExitOk;
     }

@@ -76,7 +76,7 @@ const std::string& SMSettingsManager::settingsFolder() const {
 
 std::optional<std::string> SMSettingsManager::SettingsFolderOf(const std::string& domain) const {
   if (domain == MasterDomain()) return settingsFolder_;
-  if (!IsContainedName(domain)) return std::nullopt;
+  if (!HasOwnSettingsFolder(domain)) return std::nullopt;
   return settingsFolder_ + platform_.PathSeparator() + "#" + domain;
 }
 
@@ -88,7 +88,7 @@ std::optional<std::string> SMSettingsManager::SettingsFileOf(const std::string& 
 
 std::optional<std::string> SMSettingsManager::SiteFolderIn(const std::string& baseFolder,
                                                            const std::string& site) const {
-  if (baseFolder.empty() || !IsContainedName(site)) return std::nullopt;
+  if (baseFolder.empty() || !MayDeleteSiteFolder(site)) return std::nullopt;
   return baseFolder + platform_.PathSeparator() + site;
 }
 

@@ -72,11 +72,12 @@ class SMSettingsManager {
   const SiteDefaults& SiteDefaultsOfThisRun();
   // Reads and parses a whole settings file; nothing when it is absent or unreadable.
   std::unique_ptr<SettingsTable> ReadSettingsFile(const std::string& path, bool* unreadable);
-  // The folder and file of a domain's settings; nothing for a site name that cannot name a
-  // folder of its own inside the settings folder.
+  // The folder and file of a domain's settings; nothing for a site name without a settings
+  // folder of its own (see HasOwnSettingsFolder).
   std::optional<std::string> SettingsFolderOf(const std::string& domain) const;
   std::optional<std::string> SettingsFileOf(const std::string& domain) const;
-  // The folder of a site's stored data inside a base folder, or nothing (see IsContainedName).
+  // The folder of a site's stored data inside a base folder, or nothing when a deletion must not
+  // touch it (see MayDeleteSiteFolder).
   std::optional<std::string> SiteFolderIn(const std::string& baseFolder,
                                           const std::string& site) const;
   bool StoreKnownSites(const SettingArray& sites);

@@ -12,12 +12,19 @@ std::string AsciiLower(std::string_view text) {
   return lower;
 }
 
+bool IsForbiddenInFolderName(char c) {
+  return static_cast<unsigned char>(c) < 0x20 ||
+         std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
+}
+
 bool HasForbiddenCharacter(const std::string& name) {
   return std::any_of(name.begin(), name.end(), [](char c) {
-    unsigned char byte = static_cast<unsigned char>(c);
-    return byte < 0x20 || byte == 0x7F ||
-           std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
+    return IsForbiddenInFolderName(c) || static_cast<unsigned char>(c) == 0x7F;
   });
+}
+
+bool EndsInDotOrBlank(const std::string& name) {
+  return !name.empty() && (name.back() == '.' || name.back() == ' ');
 }
 
 // "CON", "nul.txt", "COM1 .x" and the like open a device on Windows, whatever the folder.
@@ -44,9 +51,14 @@ bool MayBeShortName(const std::string& name) {
 
 }  // namespace
 
-bool IsContainedName(const std::string& siteName) {
+bool HasOwnSettingsFolder(const std::string& siteName) {
+  return std::none_of(siteName.begin(), siteName.end(), IsForbiddenInFolderName) &&
+         !EndsInDotOrBlank(siteName) && !MayBeShortName(siteName);
+}
+
+bool MayDeleteSiteFolder(const std::string& siteName) {
   if (siteName.empty() || siteName == "." || siteName == "..") return false;
-  if (siteName.back() == '.' || siteName.back() == ' ') return false;
+  if (EndsInDotOrBlank(siteName)) return false;
   if (HasForbiddenCharacter(siteName) || IsDeviceName(siteName) || MayBeShortName(siteName)) {
     return false;
   }

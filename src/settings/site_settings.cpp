@@ -71,8 +71,8 @@ bool SMSettingsManager::RemoveSite(const std::string& site, bool removeSettings)
   if (!removeSettings || !dataRemoved) return dataRemoved;
   if (!DeleteSiteSettings(site, false)) return false;
   if (isMaster) return true;
-  // The site's settings are gone from disk; adding it again must start from the defaults.
-  cache_.erase(site);
+  // The site's table stays cached, as in the player: reading the site again must not bring
+  // its file back to disk.
   SettingArray sites;
   if (const SettingArray* known = GetKnownSites()) sites = *known;
   for (size_t index = sites.size(); index-- > 0;) {
@@ -85,8 +85,9 @@ bool SMSettingsManager::RemoveSite(const std::string& site, bool removeSettings)
 }
 
 bool SMSettingsManager::RemoveSiteStoredData(const std::string& site) {
+  // A folder a deletion must not touch holds nothing of this site's own: nothing to delete.
   std::optional<std::string> folder = SiteFolderIn(storedDataFolder_, site);
-  const bool removed = folder && platform_.DeleteTree(*folder);
+  const bool removed = !folder || platform_.DeleteTree(*folder);
   // Sandboxed browsers keep the same site's data under the app-container folder; only the main
   // folder's result counts, as with the player.
   if (std::optional<std::string> container = SiteFolderIn(appContainerFolder_, site)) {
@@ -96,8 +97,9 @@ bool SMSettingsManager::RemoveSiteStoredData(const std::string& site) {
 }
 
 bool SMSettingsManager::DeleteSiteSettings(const std::string& site, bool fileOnly) {
+  // A site without a settings folder of its own has no settings on disk to delete.
   std::optional<std::string> path = fileOnly ? SettingsFileOf(site) : SettingsFolderOf(site);
-  return path && platform_.DeleteTree(*path);
+  return !path || platform_.DeleteTree(*path);
 }
 
 uint64_t SMSettingsManager::GetSiteStoredBytes(const std::string& baseFolder,

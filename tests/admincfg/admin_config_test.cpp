@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
+#include "input_properties.h"
 #include "platform/file_io.h"
 #include "support/temp_folder.h"
 
@@ -68,8 +70,14 @@ TEST(AdminConfig, LinesSplitTrimAndReplace) {
   const Case cases[] = {
       {"LF", "a=1\nb=2\n", {{"a", "1"}, {"b", "2"}}},
       {"CRLF", "a=1\r\nb=2\r\n", {{"a", "1"}, {"b", "2"}}},
-      {"CR only", "a=1\rb=2\rc=3", {{"a", "1"}, {"b", "2"}, {"c", "3"}}},
-      {"CR CR keeps the next line whole", "a=1\r\rb=2", {{"a", "1"}, {"b", "2"}}},
+      // After a CR the next byte is taken as its LF, whatever it is.
+      {"CR eats the next byte", "a=1\rxb=2\r-c=3", {{"a", "1"}, {"b", "2"}, {"c", "3"}}},
+      {"CR eats the first key letter", "a=1\rkey=2", {{"a", "1"}, {"ey", "2"}}},
+      {"CR eats the key", "a=1\rb=2\rc=3", {{"a", "1"}}},
+      {"CR eats a second CR", "a=1\r\rb=2", {{"a", "1"}, {"b", "2"}}},
+      {"CR eats a LF, the next LF ends an empty line", "a=1\r\n\nb=2", {{"a", "1"}, {"b", "2"}}},
+      {"CR LF CR eats the line's first byte", "a=1\r\n\rXb=2", {{"a", "1"}, {"b", "2"}}},
+      {"CR at the very end", "a=1\rb", {{"a", "1"}}},
       {"last line without end", "a=1\nb=2", {{"a", "1"}, {"b", "2"}}},
       {"blanks and tabs around", " \tkey \t=\t value  \n", {{"key", "value"}}},
       {"control bytes trimmed", "\x01k\x1f=\x7fv\x02\n", {{"k", "\x7fv"}}},
@@ -128,4 +136,16 @@ TEST(AdminConfig, WriteAndReloadRoundTripsThroughTheFile) {
   ASSERT_TRUE(config.Load());
   EXPECT_EQ(config.entries(),
             (Entries{{"Zeta", "9"}, {"AutoUpdateDisable", "1"}, {"SilentAutoUpdateEnable", "0"}}));
+}
+
+// The fuzzer's seed corpus through the fuzzer's own property, on every platform the tests run on.
+TEST(AdminConfigCorpus, EveryFileReadsBackTheSame) {
+  int replayed = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(VP_ADMINCFG_CORPUS)) {
+    std::string whyNot;
+    EXPECT_TRUE(AdminConfigReadBackHolds(ReadFileBytes(entry.path()), &whyNot))
+        << PathToUtf8(entry.path()) << ": " << whyNot;
+    ++replayed;
+  }
+  EXPECT_GE(replayed, 6);
 }

@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "cli_harness.h"
+#include "input_properties.h"
 
 namespace {
 
@@ -189,4 +191,16 @@ TEST_F(CliFiles, HelpIsShownForEveryCommand) {
     EXPECT_EQ(result.exitCode, 0) << command;
     EXPECT_NE(result.out.find(command), std::string::npos) << command << ": " << result.out;
   }
+}
+
+// The JSON fuzzer's seed corpus through the fuzzer's own property, on every platform.
+TEST(SettingsJsonCorpus, EveryFileReadsBackTheSame) {
+  int replayed = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(VP_CLI_CORPUS)) {
+    std::string whyNot;
+    EXPECT_TRUE(SettingsJsonReadBackHolds(ReadFileBytes(entry.path()), &whyNot))
+        << PathToUtf8(entry.path()) << ": " << whyNot;
+    ++replayed;
+  }
+  EXPECT_GE(replayed, 4);
 }

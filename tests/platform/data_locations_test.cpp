@@ -126,3 +126,37 @@ TEST(DataLocations, AdminFileFallsBackToTheSystemFolder) {
   profile.system.systemDirectory.clear();
   EXPECT_EQ(AdminConfigFilePath(profile.system), "");
 }
+
+TEST(DataLocations, PathsAreCutAt259UnitsAndAFailedConversionIsTriedAgain) {
+  const std::string suffix = Native("\\Brinmor\\Vantrel Player\\AssetCache");  // 34 units
+  const std::string rootSuffix = Native("\\Tessaline\\Vantrel Player");        // 25 units
+  std::string accented;  // 250 units in 500 bytes
+  for (int i = 0; i < 250; ++i) accented += "\xC3\xA9";
+  const std::string b225(225, 'b'), b250(250, 'b'), b259(259, 'b');
+  struct Case {
+    const char* what;
+    std::string base;
+    std::string assetCache;  // empty: the conversion fails
+    std::string dataRoot;
+  };
+  const Case cases[] = {
+      {"fits exactly", b225, b225 + suffix, b225 + rootSuffix},
+      {"suffix cut", b250, b250 + suffix.substr(0, 9), b250 + rootSuffix.substr(0, 9)},
+      {"no room for a suffix", b259, b259, b259},
+      {"units, not bytes, count", accented, accented + suffix.substr(0, 9),
+       accented + rootSuffix.substr(0, 9)},
+      {"cut through a surrogate pair", std::string(258, 'b') + "\xF0\x9F\x98\x80", "", ""},
+      {"not UTF-8", "C:\\\xFF", "", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    Profile profile;
+    profile.system.roamingAppData = c.base;
+    auto platform = MakeNativePlatform(profile.system);
+    EXPECT_EQ(platform->AssetCacheFolder(), c.assetCache);
+    EXPECT_EQ(platform->PlayerDataRoot(), c.dataRoot);
+    // A failed conversion caches nothing: the next call with a good folder gives the path.
+    profile.system.roamingAppData = b225;
+    EXPECT_EQ(platform->AssetCacheFolder(), c.assetCache.empty() ? b225 + suffix : c.assetCache);
+  }
+}

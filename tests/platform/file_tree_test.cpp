@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -12,6 +13,8 @@
 
 #ifdef _WIN32
 #include <windows.h>
+// shellapi.h needs windows.h first.
+#include <shellapi.h>
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -76,7 +79,78 @@ TEST_F(FileTree, DeleteTreeRemovesFilesAndFoldersAndSucceedsOnWhatIsAbsent) {
   EXPECT_TRUE(Exists("keep/sibling.txt"));
 }
 
-#ifndef _WIN32
+#ifdef _WIN32
+// The names left below a folder.
+std::vector<std::string> Remaining(const fs::path& root) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::recursive_directory_iterator(root)) {
+    names.push_back(fs::relative(entry.path(), root).generic_string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+// DeleteTree does most of its work with the file API; whatever the tree holds, its result and
+// what it leaves must be the shell's own.
+TEST_F(FileTree, DeleteTreeEndsAsTheShellsDeleteDoes) {
+  struct Case {
+    const char* what;
+    fs::path target;   // the path deleted
+    fs::path special;  // a file made read-only, hidden or held open without sharing
+    DWORD attributes;  // 0: held open
+  };
+  const fs::path deep = fs::path("t") / "a" / "b" / "z.sol";
+  const Case cases[] = {
+      {"a tree", "t", deep, FILE_ATTRIBUTE_NORMAL},
+      {"a file", "f.sol", "f.sol", FILE_ATTRIBUTE_NORMAL},
+      {"nothing there", "absent", "f.sol", FILE_ATTRIBUTE_NORMAL},
+      {"a wildcard", "t*", "t2/x.sol", FILE_ATTRIBUTE_NORMAL},
+      {"read-only file", "f.sol", "f.sol", FILE_ATTRIBUTE_READONLY},
+      {"read-only file deep in a tree", "t", deep, FILE_ATTRIBUTE_READONLY},
+      {"hidden file deep in a tree", "t", deep, FILE_ATTRIBUTE_HIDDEN},
+      {"file in use", "f.sol", "f.sol", 0},
+      {"file in use deep in a tree", "t", deep, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    std::vector<std::string> left[2];
+    bool result[2];
+    for (int shell = 0; shell < 2; ++shell) {
+      const fs::path root = temp.path() / (shell ? "shell" : "ours");
+      WriteFileBytes(root / "t" / "a" / "first.sol", "1");
+      WriteFileBytes(root / c.special, "special");
+      const std::wstring special = (root / c.special).wstring();
+      HANDLE held = INVALID_HANDLE_VALUE;
+      if (c.attributes == 0) {
+        held = CreateFileW(special.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                           FILE_ATTRIBUTE_NORMAL, nullptr);
+      } else {
+        SetFileAttributesW(special.c_str(), c.attributes);
+      }
+      if (shell) {
+        std::wstring from = (root / c.target).wstring();
+        from.push_back(L'\0');
+        SHFILEOPSTRUCTW operation{};
+        operation.wFunc = FO_DELETE;
+        operation.pFrom = from.c_str();
+        operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOERRORUI;
+        const int code = SHFileOperationW(&operation);
+        result[shell] = code == 0 || code == 2 || code == 124 || code == 1026;
+      } else {
+        result[shell] = platform->DeleteTree(PathToUtf8(root / c.target));
+      }
+      if (held != INVALID_HANDLE_VALUE) CloseHandle(held);
+      left[shell] = Remaining(root);
+      for (const auto& entry : fs::recursive_directory_iterator(root)) {
+        SetFileAttributesW(entry.path().c_str(), FILE_ATTRIBUTE_NORMAL);
+      }
+      fs::remove_all(root);
+    }
+    EXPECT_EQ(result[0], result[1]);
+    EXPECT_EQ(left[0], left[1]);
+  }
+}
+#else
 TEST_F(FileTree, LinksInsideATreeAreRemovedNotFollowed) {
   Write("outside/precious.txt", "p");
   Write("tree/file.txt", "f");

@@ -225,7 +225,19 @@ TEST(SiteSettings, RemoveSiteDeletesItsDataAndOptionallyItsSettings) {
   EXPECT_FALSE(fs::exists(stored / "b.com"));
   EXPECT_FALSE(fs::exists(profile.SiteFile("b.com").parent_path()));
   EXPECT_EQ(KnownSites(manager), (std::vector<std::string>{"a.com", "c.com"}));
-  EXPECT_EQ(manager.GetNames("b.com").size(), 0u);  // re-created empty, not the old values
+  // The removed site's table stays cached: reading it again brings no file back, and adding
+  // it again writes the values it had.
+  ASSERT_TRUE(manager.SetValue("c.com", SettingValue::Number("klimit", 7)));
+  EXPECT_TRUE(manager.RemoveSite("c.com", true));
+  const SettingValue* kept = manager.GetValue("c.com", "klimit");
+  ASSERT_NE(kept, nullptr);
+  EXPECT_EQ(kept->number(), 7);
+  EXPECT_EQ(manager.GetNames("b.com").size(), 7u);
+  EXPECT_FALSE(fs::exists(profile.SiteFile("b.com").parent_path()));
+  EXPECT_FALSE(fs::exists(profile.SiteFile("c.com").parent_path()));
+  EXPECT_TRUE(manager.AddSite("c.com"));
+  EXPECT_EQ(ReadFileBytes(profile.SiteFile("c.com")), SiteFileWith("c.com", false, 7));
+  WriteFileBytes(stored / "c.com" / "game.sol", "data");
 
   // A site that is not listed: its folders go, the list is written back unchanged.
   EXPECT_TRUE(manager.RemoveSite("unlisted.com", true));
@@ -311,6 +323,44 @@ TEST(SiteSettings, SiteDataUnderTheAppContainerGoesToo) {
 }
 #endif
 
+TEST(SiteSettings, DeviceLikeSiteNamesAreOrdinarySites) {
+  // "#" + a device name is an ordinary folder name, so these sites have settings of their own;
+  // only their stored-data folder (the bare name) is never deleted.
+  const std::vector<std::string> names = {
+      "con.example.com", "aux.example.org", "com1.example.net", "nul.example", "PRN", "lpt9",
+      "conin$.example",  "#AppContainer"};
+  Profile profile;
+  std::string domains;
+  for (const std::string& name : names) {
+    WriteFileBytes(profile.SiteFile(name), SiteFileWith(name, false, 100));
+    domains += Element(name, 1, Byte(1));
+  }
+  WriteFileBytes(profile.MasterFile(), Stream(Body("settings", ArrayPair("domains", domains))));
+  {
+    SMSettingsManager manager(*profile.platform);
+    EXPECT_EQ(KnownSites(manager), names);
+    ASSERT_TRUE(manager.AddSite("new.example"));  // writes the master file
+    for (const std::string& name : names) {
+      SCOPED_TRACE("site name: " + name);
+      EXPECT_TRUE(manager.SetValue(name, SettingValue::Number("klimit", -1)));
+      EXPECT_TRUE(manager.RemoveSiteStoredData(name));
+    }
+  }
+  SMSettingsManager reread(*profile.platform);
+  std::vector<std::string> expected = names;
+  expected.push_back("new.example");
+  EXPECT_EQ(KnownSites(reread), expected);
+  for (const std::string& name : names) {
+    const SettingValue* limit = reread.GetValue(name, "klimit");
+    EXPECT_TRUE(limit && limit->number() == -1) << name;
+  }
+  // Removing one takes it out of the list although its stored data is never touched.
+  EXPECT_TRUE(reread.RemoveSite("con.example.com", true));
+  expected.erase(expected.begin());
+  EXPECT_EQ(KnownSites(reread), expected);
+  EXPECT_FALSE(fs::exists(profile.SiteFile("con.example.com")));
+}
+
 TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
   Profile profile;
   const fs::path stored = profile.SharedObjects() / "QX7T2";
@@ -320,36 +370,50 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
   WriteFileBytes(profile.SharedObjects() / "evil" / "keep.sol", "shared objects");
   WriteFileBytes(profile.temp.path() / "outside" / "canary.txt", "canary");
   WriteFileBytes(profile.dataRoot / "evil" / "canary.txt", "canary");
-  WriteFileBytes(profile.SettingsFolder() / "#" / "settings.sol", "not a site");
   {
     SMSettingsManager setup(*profile.platform);
     ASSERT_TRUE(setup.AddSite("example.com"));
   }
   SMSettingsManager manager(*profile.platform);
-  const auto before = Snapshot(profile.temp.path());
+  const std::string masterKey = PathToUtf8(fs::relative(profile.MasterFile(), profile.temp.path()));
+  auto withoutMaster = [&] {
+    auto entries = Snapshot(profile.temp.path());
+    entries.erase(masterKey);
+    return entries;
+  };
+  const auto before = withoutMaster();
 
+  // Whether the name has a settings folder of its own; no name here may delete stored data.
+  struct Case {
+    std::string name;
+    bool ownSettings;
+  };
   // clang-format off
-  std::vector<std::string> hostileNames = {
-      "", ".", "..", "../evil", "..\\evil", "../../../../../outside", "a/b", "a\\b", "/", "\\",
-      "example.com.", "example.com ", "example.com..", "C:", "x:stream", "c:\\outside", "*",
-      "example.*", "exa?ple.com", "NUL", "con.txt", "Com1", "lpt9.x", "EXAMPL~1.COM",
-      "#AppContainer", "#appcontainer", "new\nline", "quote\"", "a|b", "<b>"};
+  std::vector<Case> cases = {
+      {"", true}, {".", false}, {"..", false}, {"../evil", false}, {"..\\evil", false},
+      {"../../../../../outside", false}, {"a/b", false}, {"a\\b", false}, {"/", false},
+      {"\\", false}, {"example.com.", false}, {"example.com ", false}, {"example.com..", false},
+      {"C:", false}, {"x:stream", false}, {"c:\\outside", false}, {"*", false},
+      {"example.*", false}, {"exa?ple.com", false}, {"NUL", true}, {"con.txt", true},
+      {"Com1", true}, {"lpt9.x", true}, {"EXAMPL~1.COM", false}, {"#AppContainer", true},
+      {"#appcontainer", true}, {"new\nline", false}, {"quote\"", false}, {"a|b", false},
+      {"<b>", false}, {std::string("example.com\0x", 13), false}};
   // clang-format on
-  hostileNames.push_back(std::string("example.com\0x", 13));
-  for (const std::string& name : hostileNames) {
-    SCOPED_TRACE("site name: " + name);
-    EXPECT_FALSE(manager.AddSite(name));
-    EXPECT_FALSE(manager.EnsureSiteDefaults(name));
-    EXPECT_FALSE(manager.SetValue(name, SettingValue::Number("klimit", 1)));
-    EXPECT_FALSE(manager.RemoveSiteStoredData(name));
-    EXPECT_FALSE(manager.RemoveSite(name, false));
-    EXPECT_FALSE(manager.RemoveSite(name, true));
-    EXPECT_FALSE(manager.DeleteSiteSettings(name, true));
-    EXPECT_FALSE(manager.DeleteSiteSettings(name, false));
-    EXPECT_EQ(manager.GetSiteStoredBytes(manager.storedDataFolder(), name), 0u);
+  for (const Case& c : cases) {
+    SCOPED_TRACE("site name: " + c.name);
+    EXPECT_EQ(manager.AddSite(c.name), c.ownSettings);
+    EXPECT_EQ(manager.EnsureSiteDefaults(c.name), c.ownSettings);
+    EXPECT_EQ(manager.SetValue(c.name, SettingValue::Number("klimit", 1)), c.ownSettings);
+    EXPECT_EQ(manager.GetSiteStoredBytes(manager.storedDataFolder(), c.name), 0u);
+    // Refused deletions succeed with nothing deleted, so the site still leaves the list.
+    EXPECT_TRUE(manager.RemoveSiteStoredData(c.name));
+    EXPECT_TRUE(manager.RemoveSite(c.name, false));
+    EXPECT_TRUE(manager.RemoveSite(c.name, true));
+    EXPECT_TRUE(manager.DeleteSiteSettings(c.name, true));
+    EXPECT_TRUE(manager.DeleteSiteSettings(c.name, false));
+    EXPECT_EQ(withoutMaster(), before);
+    EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"example.com"});
   }
-  EXPECT_EQ(Snapshot(profile.temp.path()), before);
-  EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"example.com"});
 
   // Ordinary names that look unusual still work, and only on their own folders.
   for (const std::string name : {"sub.example.com", "xn--bcher-kva.example", "localhost",

@@ -4,11 +4,9 @@
 // language from the locale it starts with, and the driver's is the same.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "app_driver.h"
@@ -24,8 +22,6 @@
 #include "window_shot.h"
 
 namespace {
-
-constexpr auto kDialogTimeout = std::chrono::seconds(20);
 
 const char* const kPageNames[] = {"storage", "camera-and-mic", "playback", "updates", "advanced"};
 
@@ -83,32 +79,21 @@ class LayoutTest : public ::testing::Test {
 
   // Clicks the button, waits for the dialog it opens, inspects it and what it opens, closes it.
   void InspectDialog(HWND owner, const DialogCase& dialogCase) {
-    HWND button = GetDlgItem(owner, dialogCase.buttonId);
-    ASSERT_NE(button, nullptr) << dialogCase.name;
-    DWORD processId = 0;
-    GetWindowThreadProcessId(app_.sheet(), &processId);
-    std::set<HWND> before;
-    FindDialogOfProcess(processId, [&](HWND window) {
-      before.insert(window);
+    ASSERT_NE(GetDlgItem(owner, dialogCase.buttonId), nullptr) << dialogCase.name;
+    std::set<HWND> open;
+    FindDialogOfProcess(app_.processId(), [&](HWND window) {
+      open.insert(window);
       return false;
     });
-    PostMessageW(button, BM_CLICK, 0, 0);
-    HWND dialog = nullptr;
-    auto deadline = std::chrono::steady_clock::now() + kDialogTimeout;
-    while (dialog == nullptr && std::chrono::steady_clock::now() < deadline) {
-      dialog = FindDialogOfProcess(processId, [&](HWND window) {
-        return before.count(window) == 0 && IsWindowEnabled(window);
-      });
-      if (dialog == nullptr) std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
+    Click(owner, dialogCase.buttonId);
+    HWND dialog = app_.WaitForDialog(
+        [&](HWND window) { return open.count(window) == 0 && IsWindowEnabled(window); });
     ASSERT_NE(dialog, nullptr) << "the dialog " << dialogCase.name << " did not open";
     Inspect(dialog, dialog, dialogCase.name);
     for (const DialogCase& nested : dialogCase.nested) InspectDialog(dialog, nested);
     PostMessageW(dialog, WM_CLOSE, 0, 0);
-    while (IsWindow(dialog) && std::chrono::steady_clock::now() < deadline + kDialogTimeout) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    ASSERT_FALSE(IsWindow(dialog)) << "the dialog " << dialogCase.name << " did not close";
+    ASSERT_TRUE(WaitFor([&] { return !IsWindow(dialog); }))
+        << "the dialog " << dialogCase.name << " did not close";
   }
 
   std::string language_;
@@ -128,8 +113,7 @@ TEST_F(LayoutTest, EveryPageAndDialogFitsItsTexts) {
   profile_.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");
   profile_.AddPlayer(PlayerKind::Ppapi, L"32.0.0.466");
   ASSERT_TRUE(profile_.AddSites({"www.example.com", "media.example.org", "localhost"}));
-  std::string reason;
-  ASSERT_TRUE(app_.Start(L"startupdialog=storage", &reason)) << reason;
+  ASSERT_TRUE(app_.Start(L"startupdialog=storage"));
   ASSERT_EQ(app_.TabCount(), 5);
 
   for (int tab = 0; tab < 5; ++tab) {
