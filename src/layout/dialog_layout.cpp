@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,45 +26,60 @@ std::wstring TextOf(HWND control) {
   return text;
 }
 
-// What a link shows: the caption without its <a> and </a> markers.
-std::wstring WithoutLinkMarkup(std::wstring text) {
-  for (const wchar_t* tag : {L"<a>", L"</a>"}) {
-    for (size_t at = text.find(tag); at != std::wstring::npos; at = text.find(tag)) {
-      text.erase(at, wcslen(tag));
+// What a link shows: the caption without its <a> and </a> markers and carriage returns.
+std::wstring Shown(std::wstring caption) {
+  for (const wchar_t* mark : {L"<a>", L"</a>", L"\r"}) {
+    for (size_t at = caption.find(mark); at != std::wstring::npos; at = caption.find(mark)) {
+      caption.erase(at, wcslen(mark));
     }
   }
-  return text;
+  return caption;
 }
 
-// Wine's link control breaks a long line inside a word, so a link that needs more than one line
-// gets its line breaks from here, between words, measured with the dialog's font.
+int ExtentOf(HDC dc, const std::wstring& text) {
+  SIZE extent{};
+  GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
+  return extent.cx;
+}
+
+// Wine's link control breaks a line that is too long inside a word, so a link's caption gets
+// its line breaks from here, between words, measured as shown with the dialog's font. The
+// caption's own line breaks stay.
 std::wstring BreakLinkCaption(HDC dc, const std::wstring& caption, int width) {
-  const std::wstring open = L"<a>";
-  const std::wstring close = L"</a>";
-  if (caption.size() < open.size() + close.size() || caption.compare(0, 3, open) != 0 ||
-      caption.compare(caption.size() - 4, 4, close) != 0) {
-    return caption;
-  }
-  std::wstring text = caption.substr(3, caption.size() - 7);
   std::wstring broken;
-  std::wstring line;
-  size_t start = 0;
-  while (start <= text.size()) {
-    size_t end = text.find(L' ', start);
-    if (end == std::wstring::npos) end = text.size();
-    std::wstring word = text.substr(start, end - start);
-    std::wstring candidate = line.empty() ? word : line + L' ' + word;
-    SIZE extent{};
-    GetTextExtentPoint32W(dc, candidate.c_str(), static_cast<int>(candidate.size()), &extent);
-    if (extent.cx > width && !line.empty()) {
-      broken += line + L'\n';
-      line = word;
-    } else {
-      line = candidate;
+  size_t lineStart = 0;
+  while (true) {
+    size_t lineEnd = caption.find(L'\n', lineStart);
+    std::wstring line = caption.substr(
+        lineStart, lineEnd == std::wstring::npos ? std::wstring::npos : lineEnd - lineStart);
+    std::wstring shown;
+    bool first = true;
+    for (size_t start = 0; start <= line.size();) {
+      size_t end = std::min(line.find(L' ', start), line.size());
+      std::wstring word = line.substr(start, end - start);
+      std::wstring candidate = first ? Shown(word) : shown + L' ' + Shown(word);
+      if (!first && ExtentOf(dc, candidate) > width) {
+        broken += L'\n';
+        candidate = Shown(word);
+      } else if (!first) {
+        broken += L' ';
+      }
+      broken += word;
+      shown = candidate;
+      first = false;
+      start = end + 1;
     }
-    start = end + 1;
+    if (lineEnd == std::wstring::npos) return broken;
+    broken += L'\n';
+    lineStart = lineEnd + 1;
   }
-  return open + broken + line + close;
+}
+
+// The room of a text with its own line breaks only.
+SIZE Unwrapped(HDC dc, const std::wstring& text) {
+  RECT needed{0, 0, 0, 0};
+  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &needed, DT_CALCRECT | DT_NOPREFIX);
+  return SIZE{needed.right, needed.bottom};
 }
 
 struct Measured {
@@ -100,11 +116,12 @@ LayoutRect RectInDialog(HWND dialog, HWND control) {
 
 // A label's or link's text: wrapped at its width when the control is taller than one line,
 // otherwise widened first and wrapped onto more lines only when it does not fit at the margin.
-LayoutControl MeasureText(LayoutControl layout, HDC dc, const std::wstring& text, SIZE extent,
-                          int rightLimit) {
+// `wrap` gives the room of the text wrapped at a width.
+LayoutControl MeasureText(LayoutControl layout, SIZE extent, int rightLimit,
+                          const std::function<SIZE(int)>& wrap) {
   if (layout.rect.height() > extent.cy * 3 / 2) {
     layout.kind = LayoutKind::kWrapping;
-    SIZE wrapped = Wrapped(dc, text, layout.rect.width() - 2);
+    SIZE wrapped = wrap(layout.rect.width() - 2);
     layout.neededHeight = wrapped.cy;
     // A word longer than the line (scripts without spaces) widens the label.
     if (wrapped.cx > layout.rect.width() - 2) layout.neededWidth = wrapped.cx + 2;
@@ -114,9 +131,7 @@ LayoutControl MeasureText(LayoutControl layout, HDC dc, const std::wstring& text
   layout.neededWidth = extent.cx + 2;
   layout.neededHeight = extent.cy;
   int widest = rightLimit - layout.rect.left;
-  if (layout.neededWidth > widest && widest > 0) {
-    layout.neededHeight = WrappedHeight(dc, text, widest - 2);
-  }
+  if (layout.neededWidth > widest && widest > 0) layout.neededHeight = wrap(widest - 2).cy;
   return layout;
 }
 
@@ -128,7 +143,8 @@ LayoutControl MeasureLabel(LayoutControl layout, LONG style, HDC dc, const std::
     return layout;
   }
   if ((type != SS_LEFT && type != SS_RIGHT) || text.empty()) return layout;
-  layout = MeasureText(layout, dc, text, extent, rightLimit);
+  layout =
+      MeasureText(layout, extent, rightLimit, [&](int width) { return Wrapped(dc, text, width); });
   if (type == SS_RIGHT && layout.kind == LayoutKind::kOneLine) {
     // Never wrapped: the column makes room for it instead.
     layout.rightAligned = true;
@@ -158,8 +174,9 @@ LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
   layout.rect = RectInDialog(dialog, control);
   std::wstring className = ClassOf(control);
   LONG style = GetWindowLongW(control, GWL_STYLE);
+  std::wstring caption = TextOf(control);
   bool isLink = _wcsicmp(className.c_str(), WC_LINK) == 0;
-  std::wstring text = isLink ? WithoutLinkMarkup(TextOf(control)) : TextOf(control);
+  std::wstring text = isLink ? Shown(caption) : caption;
   SIZE extent{};
   GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
   if (_wcsicmp(className.c_str(), L"Static") == 0) {
@@ -169,20 +186,16 @@ LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
     return MeasureButton(layout, style, dc, text, extent, rightLimit);
   }
   if (!isLink || text.empty()) return layout;
-  return MeasureText(layout, dc, text, extent, rightLimit);
+  return MeasureText(layout, extent, rightLimit, [&](int width) {
+    return Unwrapped(dc, Shown(BreakLinkCaption(dc, caption, width)));
+  });
 }
 
-// A control that gets more lines than its template gave it: buttons draw only one line unless
-// told otherwise, and Wine's link control needs the breaks from us.
-void PrepareForMoreLines(HWND control, HDC dc, int width) {
-  std::wstring className = ClassOf(control);
-  if (_wcsicmp(className.c_str(), L"Button") == 0) {
-    LONG style = GetWindowLongW(control, GWL_STYLE);
-    SetWindowLongW(control, GWL_STYLE, style | BS_MULTILINE);
-  } else if (_wcsicmp(className.c_str(), WC_LINK) == 0) {
-    std::wstring caption = BreakLinkCaption(dc, TextOf(control), width - 2);
-    SetWindowTextW(control, caption.c_str());
-  }
+// Buttons draw only one line unless told otherwise.
+void AllowMoreLines(HWND control) {
+  if (_wcsicmp(ClassOf(control).c_str(), L"Button") != 0) return;
+  LONG style = GetWindowLongW(control, GWL_STYLE);
+  SetWindowLongW(control, GWL_STYLE, style | BS_MULTILINE);
 }
 
 void GrowPopupTo(HWND dialog, int clientHeight) {
@@ -231,10 +244,13 @@ int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
       LONG style = GetWindowLongW(control, GWL_STYLE);
       SetWindowLongW(control, GWL_STYLE, (style & ~SS_TYPEMASK) | SS_LEFT);
     }
-    if (rect == controls[index].rect) continue;
-    if (rect.height() > controls[index].rect.height()) {
-      PrepareForMoreLines(control, dc, rect.width());
+    if (_wcsicmp(ClassOf(control).c_str(), WC_LINK) == 0) {
+      std::wstring caption = TextOf(control);
+      std::wstring broken = BreakLinkCaption(dc, caption, rect.width() - 2);
+      if (broken != caption) SetWindowTextW(control, broken.c_str());
     }
+    if (rect == controls[index].rect) continue;
+    if (rect.height() > controls[index].rect.height()) AllowMoreLines(control);
     MoveWindow(control, rect.left, rect.top, rect.width(), rect.height(), TRUE);
   }
   if (previous != nullptr) SelectObject(dc, previous);

@@ -78,6 +78,14 @@ SIZE Wrapped(HDC dc, const std::wstring& text, int width) {
   return SIZE{needed.right, needed.bottom};
 }
 
+// The room of the text with its own line breaks only.
+SIZE AsGiven(HDC dc, const std::wstring& text) {
+  RECT needed{0, 0, 0, 0};
+  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &needed,
+            DT_CALCRECT | DT_NOPREFIX | DT_EXPANDTABS);
+  return SIZE{needed.right, needed.bottom};
+}
+
 SIZE OneLine(HDC dc, const std::wstring& text) {
   SIZE extent{};
   GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
@@ -103,8 +111,9 @@ bool TextRoom(const Control& control, int* width, int* height, bool* wraps) {
     return true;
   }
   if (_wcsicmp(control.className.c_str(), WC_LINK) == 0) {
+    // Wine's link control breaks a long line inside a word: a link's lines must fit as given.
     *width = fullWidth;
-    *wraps = true;
+    *wraps = false;
     return true;
   }
   return false;
@@ -116,7 +125,7 @@ void CheckText(HDC dc, const Control& control, std::vector<std::string>& problem
   bool wraps = false;
   std::wstring text = Shown(control.text);
   if (text.empty() || !TextRoom(control, &width, &height, &wraps)) return;
-  SIZE needed = wraps ? Wrapped(dc, text, width) : OneLine(dc, text);
+  SIZE needed = wraps ? Wrapped(dc, text, width) : AsGiven(dc, text);
   if (needed.cx > width || needed.cy > height) {
     problems.push_back(Describe(control) + ": the text needs " + Size(needed.cx, needed.cy) +
                        ", the control gives " + Size(width, height));
