@@ -9,7 +9,7 @@
 #include "platform/private_data_folder.h"
 #include "settings/settings_manager.h"
 #include "support/locking_platform.h"
-#include "support/recording_prompts.h"
+#include "support/scripted_prompts.h"
 #include "support/test_profile.h"
 
 namespace fs = std::filesystem;
@@ -173,7 +173,7 @@ TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
     platform.locked = locked[c.lock];
 
     SMPrivateDataFolder licences(platform.PrivateDataFolder(), &platform);
-    RecordingPrompts prompts;
+    ScriptedPrompts prompts;
     ClearAllData(settings, platform, licences, prompts,
                  RequestFromCheckStates(c.siteDataState, c.licenceState));
 

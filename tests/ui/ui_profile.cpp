@@ -53,7 +53,7 @@ bool UiProfile::WriteAdminConfig(const std::string& contents) {
   return std::fclose(file) == 0 && written;
 }
 
-void UiProfile::AddPlayer(PlayerKind kind, const std::wstring& version, bool partner) {
+void UiProfile::AddPlayer(PlayerKind kind, const std::wstring& version) {
   HKEY key = nullptr;
   if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, KeyOf(kind).c_str(), 0, nullptr, 0,
                       KEY_SET_VALUE | KEY_WOW64_32KEY, nullptr, &key, nullptr) != ERROR_SUCCESS) {
@@ -61,9 +61,6 @@ void UiProfile::AddPlayer(PlayerKind kind, const std::wstring& version, bool par
   }
   RegSetValueExW(key, L"Version", 0, REG_SZ, reinterpret_cast<const BYTE*>(version.c_str()),
                  static_cast<DWORD>((version.size() + 1) * sizeof(wchar_t)));
-  DWORD partnerFlag = partner ? 1 : 0;
-  RegSetValueExW(key, L"isPartner", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&partnerFlag),
-                 sizeof partnerFlag);
   RegCloseKey(key);
 }
 

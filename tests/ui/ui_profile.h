@@ -18,7 +18,7 @@ class UiProfile {
   ~UiProfile();
 
   // A player key with its Version, as the player's 32-bit installer writes it.
-  void AddPlayer(PlayerKind kind, const std::wstring& version, bool partner = false);
+  void AddPlayer(PlayerKind kind, const std::wstring& version);
   // Rewrites a global value of the master settings file, as another program would.
   bool SetGlobal(const SettingValue& value);
   // The administrator file "tss.cfg" with these lines.
