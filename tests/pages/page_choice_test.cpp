@@ -14,7 +14,7 @@
 #include "platform/update_service.h"
 #include "settings/settings_manager.h"
 #include "settings/settings_reader.h"
-#include "support/recording_prompts.h"
+#include "support/scripted_prompts.h"
 #include "support/test_profile.h"
 
 namespace fs = std::filesystem;
@@ -37,14 +37,10 @@ struct SitesProfile : TestProfile {
     return tables_.back() ? tables_.back()->Find(name) : nullptr;
   }
   std::optional<double> Number(const std::string& domain, const std::string& name) {
-    const SettingValue* value = Stored(domain, name);
-    if (value == nullptr || value->type() != kSettingNumber) return std::nullopt;
-    return value->number();
+    return ValueAs<double>(Stored(domain, name));
   }
   std::optional<bool> Boolean(const std::string& domain, const std::string& name) {
-    const SettingValue* value = Stored(domain, name);
-    if (value == nullptr || value->type() != kSettingBoolean) return std::nullopt;
-    return value->boolean();
+    return ValueAs<bool>(Stored(domain, name));
   }
   fs::path StoredSiteData() const { return SharedObjects() / "QX7T2" / "a.com" / "game.sol"; }
 
@@ -58,18 +54,18 @@ TEST(StorageChoiceTest, EachChoiceStoresTheLimitEverywhere) {
   struct Case {
     int previous;
     int chosen;
-    bool asked;  // the confirmation, answered OK
+    std::vector<bool> answers;
     int shown;
     double limit;
     bool dataDeleted;
   };
   const Case cases[] = {
-      {kStorageAllow, kStorageBlock, true, kStorageBlock, -1.0, true},
-      {kStorageBlock, kStorageAsk, false, kStorageAsk, 0.0, false},
-      {kStorageAsk, kStorageAllow, false, kStorageAllow, 100.0, false},
+      {kStorageAllow, kStorageBlock, {true}, kStorageBlock, -1.0, true},
+      {kStorageBlock, kStorageAsk, {}, kStorageAsk, 0.0, false},
+      {kStorageAsk, kStorageAllow, {}, kStorageAllow, 100.0, false},
       // No radio checked stores what Allow stores; a click on the checked radio writes again.
-      {kStorageAsk, -1, false, -1, 100.0, false},
-      {kStorageAsk, kStorageAsk, false, kStorageAsk, 0.0, false},
+      {kStorageAsk, -1, {}, -1, 100.0, false},
+      {kStorageAsk, kStorageAsk, {}, kStorageAsk, 0.0, false},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE("chosen " + std::to_string(test.chosen));
@@ -81,12 +77,13 @@ TEST(StorageChoiceTest, EachChoiceStoresTheLimitEverywhere) {
       ASSERT_TRUE(setup.SetValue("b.org", SettingValue::Number("klimit", 10)));
     }
     SMSettingsManager settings(*profile.platform);
-    RecordingPrompts prompts(true);
+    ScriptedPrompts prompts(test.answers);
     EXPECT_EQ(ApplyStorageChoice(settings, prompts, test.previous, test.chosen), test.shown);
 
-    const std::vector<std::vector<uint32_t>> confirmation{{21102, 21103, 21100}};
-    EXPECT_EQ(prompts.confirmations, test.asked ? confirmation : decltype(confirmation){});
-    EXPECT_TRUE(prompts.errors.empty());
+    EXPECT_EQ(prompts.asked.size(), test.answers.size());
+    if (!prompts.asked.empty()) {
+      EXPECT_EQ(prompts.asked[0], (std::vector<uint32_t>{21102, 21103, 21100}));
+    }
     EXPECT_EQ(profile.Number(kMaster, "defaultklimit"), test.limit);
     for (const std::string& site : kThreeSites) {
       EXPECT_EQ(profile.Number(site, "klimit"), test.limit) << site;
@@ -101,10 +98,10 @@ TEST(StorageChoiceTest, CancelledBlockChangesNothing) {
   SMSettingsManager settings(*profile.platform);
   const std::string masterBefore = ReadFileBytes(profile.MasterFile());
   const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
-  RecordingPrompts prompts(false);
+  ScriptedPrompts prompts({false});
 
   EXPECT_EQ(ApplyStorageChoice(settings, prompts, kStorageAsk, kStorageBlock), kStorageAsk);
-  EXPECT_EQ(prompts.confirmations.size(), 1u);
+  EXPECT_EQ(prompts.asked.size(), 1u);
   EXPECT_EQ(ReadFileBytes(profile.MasterFile()), masterBefore);
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("a.com")), siteBefore);
   EXPECT_EQ(ReadFileBytes(profile.StoredSiteData()), "progress");
@@ -120,10 +117,9 @@ TEST(StorageChoiceTest, FailedSiteWriteStillVisitsEverySite) {
     sites.Append(SettingValue::Boolean(name, true));
   }
   ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Array("domains", sites)));
-  RecordingPrompts prompts;
+  ScriptedPrompts prompts;
 
   EXPECT_EQ(ApplyStorageChoice(settings, prompts, kStorageAllow, kStorageAsk), kStorageAllow);
-  EXPECT_TRUE(prompts.confirmations.empty() && prompts.errors.empty());
   // The values already written stay written.
   EXPECT_EQ(profile.Number(kMaster, "defaultklimit"), 0.0);
   EXPECT_EQ(profile.Number("a.com", "klimit"), 0.0);
@@ -193,7 +189,7 @@ TEST(PageChoiceTest, FailedMasterWriteTouchesNoSite) {
     const fs::path moved = profile.temp.path() / "moved";
     fs::rename(profile.SettingsFolder(), moved);
     WriteFileBytes(profile.SettingsFolder(), "not a folder");
-    RecordingPrompts prompts(true);
+    ScriptedPrompts prompts({true});
 
     EXPECT_EQ(apply(settings, prompts), shown);
     EXPECT_EQ(ReadFileBytes(moved / "#a.com" / "settings.sol"), siteBefore) << shown;
