@@ -37,7 +37,9 @@ const char* PageName(SMPageKind kind) {
 class RecordingFrame : public SMSheetFrame {
  public:
   explicit RecordingFrame(std::vector<std::string>& log) : log_(log) {}
-  void CreateSheet(const std::string& caption) override { log_.push_back("sheet " + caption); }
+  void CreateSheet(const std::string& caption, bool rightToLeft) override {
+    log_.push_back("sheet " + caption + (rightToLeft ? " rtl" : ""));
+  }
   void CreatePage(SMPageKind kind, const SMAppObjects&, bool rightToLeft) override {
     log_.push_back(std::string("page ") + PageName(kind) + (rightToLeft ? " rtl" : ""));
   }
@@ -221,7 +223,8 @@ TEST_F(AppStartupTest, RightToLeftLanguagesMirrorEveryPage) {
     Run();
     int mirrored = 0;
     for (const std::string& entry : log) mirrored += entry.ends_with(" rtl") ? 1 : 0;
-    EXPECT_EQ(mirrored, kPageKindCount) << std::hex << language;
+    // The sheet and every page, each asking the injected system.
+    EXPECT_EQ(mirrored, kPageKindCount + 1) << std::hex << language;
   }
   log.clear();
   system.uiLanguages = {0x0409};

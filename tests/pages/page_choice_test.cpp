@@ -37,14 +37,10 @@ struct SitesProfile : TestProfile {
     return tables_.back() ? tables_.back()->Find(name) : nullptr;
   }
   std::optional<double> Number(const std::string& domain, const std::string& name) {
-    const SettingValue* value = Stored(domain, name);
-    if (value == nullptr || value->type() != kSettingNumber) return std::nullopt;
-    return value->number();
+    return ValueAs<double>(Stored(domain, name));
   }
   std::optional<bool> Boolean(const std::string& domain, const std::string& name) {
-    const SettingValue* value = Stored(domain, name);
-    if (value == nullptr || value->type() != kSettingBoolean) return std::nullopt;
-    return value->boolean();
+    return ValueAs<bool>(Stored(domain, name));
   }
   fs::path StoredSiteData() const { return SharedObjects() / "QX7T2" / "a.com" / "game.sol"; }
 

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <deque>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -24,8 +26,22 @@ class ScriptedPrompts : public SMUserPrompts {
     errors.push_back({textId, captionId});
   }
 
+  // The add-site dialog answers from its own script (nothing: the user cancelled).
+  std::optional<SMAddSiteAnswer> RunAddSite(uint32_t titleId, uint32_t promptId) override {
+    addSiteAsked.push_back({titleId, promptId});
+    if (addSiteAnswers.empty()) {
+      ADD_FAILURE() << "unexpected add-site dialog";
+      return std::nullopt;
+    }
+    std::optional<SMAddSiteAnswer> answer = addSiteAnswers.front();
+    addSiteAnswers.pop_front();
+    return answer;
+  }
+
   std::vector<std::vector<uint32_t>> asked;
   std::vector<std::vector<uint32_t>> errors;
+  std::deque<std::optional<SMAddSiteAnswer>> addSiteAnswers;
+  std::vector<std::vector<uint32_t>> addSiteAsked;
 
  private:
   std::vector<bool> answers_;

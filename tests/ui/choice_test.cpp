@@ -25,13 +25,11 @@ class ChoiceTest : public ::testing::Test {
  protected:
   std::optional<double> Number(const std::string& domain, const std::string& name) {
     std::optional<SettingValue> value = profile.Stored(domain, name);
-    if (!value || value->type() != kSettingNumber) return std::nullopt;
-    return value->number();
+    return ValueAs<double>(value ? &*value : nullptr);
   }
   std::optional<bool> Boolean(const std::string& domain, const std::string& name) {
     std::optional<SettingValue> value = profile.Stored(domain, name);
-    if (!value || value->type() != kSettingBoolean) return std::nullopt;
-    return value->boolean();
+    return ValueAs<bool>(value ? &*value : nullptr);
   }
 
   UiProfile profile;

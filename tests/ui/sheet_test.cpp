@@ -168,7 +168,7 @@ TEST_F(SheetTest, PagesShowWhatIsStoredAndReadItAgainOnEveryActivation) {
 }
 
 TEST_F(SheetTest, AdministratorLocksCameraAndMicOnBlockWithoutChangingTheSetting) {
-  ASSERT_TRUE(profile.WriteAdminConfig("AVHardwareDisable=1\r\n"));
+  ASSERT_TRUE(profile.WriteAdminConfig({{"AVHardwareDisable", "1"}}));
   ASSERT_TRUE(app.Start(L"startupdialog=cammic"));
   HWND camera = app.CurrentPage();
   EXPECT_TRUE(IsChecked(camera, IDC_CAMERA_MIC_BLOCK));
@@ -185,7 +185,7 @@ TEST_F(SheetTest, AdministratorLocksCameraAndMicOnBlockWithoutChangingTheSetting
 
 TEST_F(SheetTest, UpdatesPageOnlyInformsInChromeMode) {
   profile.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");
-  ASSERT_TRUE(profile.WriteAdminConfig("AutoUpdateDisable=1\r\n"));
+  ASSERT_TRUE(profile.WriteAdminConfig({{"AutoUpdateDisable", "1"}}));
   ASSERT_TRUE(app.Start(L"startupdialog=advanced"));
   HWND updates = app.CurrentPage();
   EXPECT_TRUE(IsChecked(updates, IDC_UPDATES_NEVER));

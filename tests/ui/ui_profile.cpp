@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "admincfg/admin_config.h"
 #include "platform/file_io.h"
 #include "platform/win32/utf16.h"
 #include "settings/settings_reader.h"
@@ -40,17 +41,16 @@ void UiProfile::Clear() {
   DeleteFileW(ToUtf16(AdminConfigFilePath(system_)).value_or(L"").c_str());
 }
 
-bool UiProfile::WriteAdminConfig(const std::string& contents) {
+bool UiProfile::WriteAdminConfig(const std::vector<std::pair<std::string, std::string>>& entries) {
   const std::string& path = AdminConfigFilePath(system_);
   std::string folder = path.substr(0, path.rfind('\\'));
   std::string parent = folder.substr(0, folder.rfind('\\'));
   platform_->CreateFolder(parent.substr(0, parent.rfind('\\')),
                           parent.substr(parent.rfind('\\') + 1));
   platform_->CreateFolder(parent, folder.substr(folder.rfind('\\') + 1));
-  std::FILE* file = OpenFileUtf8(path, "wb");
-  if (file == nullptr) return false;
-  bool written = std::fwrite(contents.data(), 1, contents.size(), file) == contents.size();
-  return std::fclose(file) == 0 && written;
+  SMAdminConfig config(path);
+  for (const auto& [key, value] : entries) config.SetValue(key, value);
+  return config.WriteToFile();
 }
 
 void UiProfile::AddPlayer(PlayerKind kind, const std::wstring& version) {
