@@ -43,23 +43,19 @@ vp_install_missing() {
   fi
 }
 
-# Starts a private Xvfb on the first free display from :91; sets VP_XVFB_PID and DISPLAY.
+# Starts a private Xvfb on a display it picks itself; sets VP_XVFB_PID and DISPLAY.
 vp_start_xvfb() {
-  local number=91
-  while [ -e "/tmp/.X${number}-lock" ] || [ -e "/tmp/.X11-unix/X${number}" ]; do
-    number=$((number + 1))
-  done
-  Xvfb ":${number}" -screen 0 1280x1024x24 -nolisten tcp >/dev/null 2>&1 &
+  local fifo_dir
+  fifo_dir=$(mktemp -d) || vp_fail "mktemp failed"
+  mkfifo "$fifo_dir/display"
+  # -displayfd: the server takes the first free display and writes its number once it listens.
+  Xvfb -displayfd 9 -screen 0 1280x1024x24 -nolisten tcp 9>"$fifo_dir/display" >/dev/null 2>&1 &
   VP_XVFB_PID=$!
+  local number=""
+  read -r -t 60 number <"$fifo_dir/display" || true
+  rm -rf "$fifo_dir"
+  [ -n "$number" ] || vp_fail "Xvfb did not start (no display number within 60 s)"
   export DISPLAY=":${number}"
-  local tries=0
-  until xdpyinfo >/dev/null 2>&1; do
-    tries=$((tries + 1))
-    if [ $tries -gt 100 ] || ! kill -0 "$VP_XVFB_PID" 2>/dev/null; then
-      vp_fail "Xvfb did not start on display :${number}"
-    fi
-    sleep 0.1
-  done
   vp_log "Xvfb (pid $VP_XVFB_PID) on display $DISPLAY"
 }
 
@@ -71,8 +67,10 @@ vp_stop_xvfb() {
   fi
 }
 
-# Stops the wineserver (and so every process) of one private prefix.
+# Stops the wineserver (and so every process) of one private prefix and waits until it is gone.
 vp_stop_wine_prefix() {
   local prefix="$1"
-  [ -d "$prefix" ] && WINEPREFIX="$prefix" wineserver -k 2>/dev/null || true
+  [ -d "$prefix" ] || return 0
+  WINEPREFIX="$prefix" wineserver -k 2>/dev/null || true
+  WINEPREFIX="$prefix" wineserver -w 2>/dev/null || true
 }

@@ -15,7 +15,13 @@ export VP_WINEPREFIX="$VP_ROOT/build/mingw/wine-demo"
 app="$VP_ROOT/build/mingw/src/app/VantrelPlayerApp.exe"
 setup="$VP_ROOT/build/mingw/tests/ui/vp_demo_profile.exe"
 [ -f "$app" ] || vp_fail "VantrelPlayerApp.exe was not built"
-caption="Vantrel Player Settings Manager"
+
+# The sheet's X window: Wine names the class of every window of a program after the program and
+# marks it with the process id; at start the sheet is the program's only visible window.
+sheet_window() {
+  xdotool search --all --onlyvisible --pid "$1" --class '^vantrelplayerapp\.exe$' 2>/dev/null |
+    head -1
+}
 
 # Wine's desktop process binds to the display of the first program of the prefix, so the
 # display comes first.
@@ -45,9 +51,10 @@ show_page() {
   "$VP_ROOT/tools/wine-run" "$app" ${keyword:+"startupdialog=$keyword"} &
   local pid=$!
   local tries=0
-  until xdotool search --name "^${caption}\$" >/dev/null 2>&1; do
+  local window=""
+  until window=$(sheet_window "$pid") && [ -n "$window" ]; do
     tries=$((tries + 1))
-    if [ $tries -gt 150 ] || ! kill -0 "$pid" 2>/dev/null; then
+    if [ $tries -gt 300 ] || ! kill -0 "$pid" 2>/dev/null; then
       kill "$pid" 2>/dev/null || true
       local status=0
       wait "$pid" || status=$?
@@ -63,12 +70,6 @@ show_page() {
     echo "$shot"
     kill "$pid" 2>/dev/null || true
     wait "$pid" 2>/dev/null || true
-    # The window goes with its process; wait for it so the next shot is not of this one.
-    tries=0
-    while xdotool search --name "^${caption}\$" >/dev/null 2>&1 && [ $tries -lt 50 ]; do
-      tries=$((tries + 1))
-      sleep 0.1
-    done
   else
     wait "$pid" || true
   fi

@@ -47,15 +47,15 @@ native_track() {
 fuzz_track() {
   [ -f fuzz/CMakeLists.txt ] || { echo "no fuzz targets"; return 0; }
   cmake --preset fuzz >/dev/null || return 1
-  # Only the fuzz targets: the rest of the tree is not built for libFuzzer.
-  cmake --build --preset fuzz -j2 --target settings_reader_fuzzer admin_config_fuzzer \
-    settings_json_fuzzer make_seed_corpus || return 1
+  cmake --build --preset fuzz -j2 || return 1
   "$VP_ROOT/tools/run-fuzzers.sh" "${VP_FUZZ_SECONDS:-60}"
 }
 
 windows_core_track() {
   cmake --preset mingw >/dev/null || return 1
   cmake --build --preset mingw -j2 || return 1
+  # A server left over from an aborted run would serve this run with its old state.
+  vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-core"
   local status=0
   ctest --preset mingw-core || status=$?
   vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-core"
@@ -63,6 +63,8 @@ windows_core_track() {
 }
 
 windows_ui_track() {
+  # A server left over from an aborted run would keep the display it was started with.
+  vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-ui"
   vp_start_xvfb
   local status=0
   ctest --preset mingw-ui || status=$?

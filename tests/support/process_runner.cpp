@@ -1,7 +1,11 @@
 #include "support/process_runner.h"
 
-#include <filesystem>
+#include <gtest/gtest.h>
 
+#include <filesystem>
+#include <thread>
+
+#include "support/process_start.h"
 #include "support/temp_folder.h"
 
 #ifdef _WIN32
@@ -10,11 +14,28 @@
 #include "platform/win32/utf16.h"
 #else
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <cerrno>
 #endif
 
 namespace fs = std::filesystem;
+
+namespace {
+
+std::string TimeLimitFailure(const std::string& program, std::chrono::milliseconds limit) {
+  return program + " did not finish within " + std::to_string(limit.count()) + " ms and was ended";
+}
+
+// The caller's test fails with the reason; the caller still gets the result to look at.
+ProcessResult Reported(ProcessResult result) {
+  if (!result.failure.empty()) ADD_FAILURE() << result.failure;
+  return result;
+}
+
+}  // namespace
 
 #ifdef _WIN32
 
@@ -51,7 +72,7 @@ HANDLE OpenInherited(const fs::path& path, bool write) {
 }  // namespace
 
 ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& arguments,
-                         const std::string& input) {
+                         const std::string& input, std::chrono::milliseconds timeLimit) {
   TempFolder folder;
   WriteFileBytes(folder.path() / "in", input);
   std::wstring commandLine = QuoteArgument(ToUtf16(program).value_or(L""));
@@ -66,12 +87,20 @@ ProcessResult RunProcess(const std::string& program, const std::vector<std::stri
   startup.hStdOutput = OpenInherited(folder.path() / "out", true);
   startup.hStdError = OpenInherited(folder.path() / "err", true);
   PROCESS_INFORMATION process{};
-  if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
-                     nullptr, &startup, &process)) {
-    WaitForSingleObject(process.hProcess, INFINITE);
-    DWORD exitCode = 0;
-    GetExitCodeProcess(process.hProcess, &exitCode);
-    result.exitCode = static_cast<int>(exitCode);
+  StartResult start = StartProcess(commandLine, TRUE, CREATE_NO_WINDOW, &startup, &process);
+  if (!start.started()) {
+    result.failure = start.Describe();
+  } else {
+    const std::chrono::milliseconds limit = ScaledTimeout(timeLimit);
+    if (WaitForSingleObject(process.hProcess, static_cast<DWORD>(limit.count())) == WAIT_OBJECT_0) {
+      DWORD exitCode = 0;
+      GetExitCodeProcess(process.hProcess, &exitCode);
+      result.exitCode = static_cast<int>(exitCode);
+    } else {
+      TerminateProcess(process.hProcess, 1);
+      WaitForSingleObject(process.hProcess, INFINITE);
+      result.failure = TimeLimitFailure(program, limit);
+    }
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
   }
@@ -80,7 +109,7 @@ ProcessResult RunProcess(const std::string& program, const std::vector<std::stri
   CloseHandle(startup.hStdError);
   result.out = ReadFileBytes(folder.path() / "out");
   result.err = ReadFileBytes(folder.path() / "err");
-  return result;
+  return Reported(std::move(result));
 }
 
 std::string BesideTestProgram(const std::string& relativePath) {
@@ -91,34 +120,70 @@ std::string BesideTestProgram(const std::string& relativePath) {
 
 #else
 
+namespace {
+
+// Waits for the child until the limit; true with its status when it ended in time.
+bool WaitForChild(pid_t child, std::chrono::milliseconds limit, int* status) {
+  const auto deadline = std::chrono::steady_clock::now() + limit;
+  while (true) {
+    pid_t ended = waitpid(child, status, WNOHANG);
+    if (ended == child || ended < 0) return ended == child;
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+}
+
+}  // namespace
+
 ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& arguments,
-                         const std::string& input) {
+                         const std::string& input, std::chrono::milliseconds timeLimit) {
   TempFolder folder;
   WriteFileBytes(folder.path() / "in", input);
+  const std::string in = (folder.path() / "in").string();
+  const std::string out = (folder.path() / "out").string();
+  const std::string err = (folder.path() / "err").string();
+  std::vector<char*> argv;
+  argv.push_back(const_cast<char*>(program.c_str()));
+  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  // The child reports a failed exec through this pipe; a successful exec closes it unwritten.
+  int startPipe[2];
+  if (pipe2(startPipe, O_CLOEXEC) != 0) return Reported({.failure = "pipe2 failed"});
   ProcessResult result;
   pid_t child = fork();
   if (child == 0) {
-    int in = open((folder.path() / "in").c_str(), O_RDONLY);
-    int out = open((folder.path() / "out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    int err = open((folder.path() / "err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    dup2(in, 0);
-    dup2(out, 1);
-    dup2(err, 2);
-    std::vector<char*> argv;
-    argv.push_back(const_cast<char*>(program.c_str()));
-    for (const std::string& argument : arguments)
-      argv.push_back(const_cast<char*>(argument.c_str()));
-    argv.push_back(nullptr);
+    close(startPipe[0]);
+    dup2(open(in.c_str(), O_RDONLY), 0);
+    dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 1);
+    dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
     execv(program.c_str(), argv.data());
+    int error = errno;
+    (void)!write(startPipe[1], &error, sizeof error);
     _exit(127);
   }
+  close(startPipe[1]);
+  int startError = child < 0 ? errno : 0;
+  if (child > 0 && read(startPipe[0], &startError, sizeof startError) != sizeof startError) {
+    startError = 0;
+  }
+  close(startPipe[0]);
+  if (startError != 0) {
+    if (child > 0) waitpid(child, nullptr, 0);
+    result.failure = StartResult{program, static_cast<unsigned long>(startError), 1}.Describe();
+    return Reported(std::move(result));
+  }
+  const std::chrono::milliseconds limit = ScaledTimeout(timeLimit);
   int status = 0;
-  if (child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status)) {
+  if (!WaitForChild(child, limit, &status)) {
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    result.failure = TimeLimitFailure(program, limit);
+  } else if (WIFEXITED(status)) {
     result.exitCode = WEXITSTATUS(status);
   }
-  result.out = ReadFileBytes(folder.path() / "out");
-  result.err = ReadFileBytes(folder.path() / "err");
-  return result;
+  result.out = ReadFileBytes(out);
+  result.err = ReadFileBytes(err);
+  return Reported(std::move(result));
 }
 
 std::string BesideTestProgram(const std::string& relativePath) {

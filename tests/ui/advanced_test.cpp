@@ -2,12 +2,9 @@
 // the message boxes answered, the dialogs worked, and the files checked on disk afterwards.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "app_driver.h"
@@ -26,23 +23,8 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string kMaster = SMSettingsManager::MasterDomain();
-constexpr auto kWaitLimit = std::chrono::seconds(10);
 // The static control that holds a message box's text.
 constexpr int kMessageBoxTextId = 0xFFFF;
-
-bool WaitFor(const std::function<bool()>& condition) {
-  auto deadline = std::chrono::steady_clock::now() + kWaitLimit;
-  while (std::chrono::steady_clock::now() < deadline) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  }
-  return condition();
-}
-
-// Posted, so that a dialog or message box the click opens does not block the driver.
-void Click(HWND window, int controlId) {
-  PostMessageW(GetDlgItem(window, controlId), BM_CLICK, 0, 0);
-}
 
 fs::path WidePath(const std::string& utf8) {
   return fs::path(ToUtf16(utf8).value_or(L""));
@@ -81,35 +63,14 @@ class AdvancedTest : public ::testing::Test {
     siteData = WidePath(profile.StoredDataFile("a.com"));
     for (const fs::path& file : {licenceFile, assetFile, siteData}) PutFile(file);
   }
-  void Launch(const std::wstring& arguments) {
-    std::string reason;
-    ASSERT_TRUE(app.Start(arguments, &reason)) << reason;
-  }
-  DWORD ProcessId() const {
-    DWORD processId = 0;
-    GetWindowThreadProcessId(app.sheet(), &processId);
-    return processId;
-  }
   // A dialog or message box of the program with this caption, once it is shown.
   HWND WaitForWindow(uint32_t captionId) {
-    const std::wstring caption = UserText(captionId);
-    HWND found = nullptr;
-    WaitFor([&] {
-      found = FindDialogOfProcess(ProcessId(),
-                                  [&](HWND window) { return WindowText(window) == caption; });
-      return found != nullptr;
-    });
-    return found;
+    return app.WaitForDialog(WithCaption(UserText(captionId)));
   }
   // Types (or pastes) a path into the add-location dialog and confirms it.
   void AddLocation(HWND trusted, const std::wstring& path, bool type);
   static bool WaitUntilClosed(HWND window) {
     return WaitFor([&] { return !IsWindow(window); });
-  }
-  // Answers a message box as the user would.
-  static void Answer(HWND box, int button) {
-    PostMessageW(box, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), 0);
-    EXPECT_TRUE(WaitUntilClosed(box));
   }
   std::vector<std::string> TrustedOnDisk() {
     std::vector<std::string> names;
@@ -145,7 +106,7 @@ void AdvancedTest::AddLocation(HWND trusted, const std::wstring& path, bool type
 }
 
 TEST_F(AdvancedTest, DeauthorizeDeletesTheLicencesOnlyAfterOk) {
-  Launch(L"startupdialog=advanced");
+  ASSERT_TRUE(app.Start(L"startupdialog=advanced"));
   HWND page = app.CurrentPage();
   ASSERT_NE(GetDlgItem(page, IDC_DEAUTHORIZE), nullptr);
 
@@ -154,20 +115,20 @@ TEST_F(AdvancedTest, DeauthorizeDeletesTheLicencesOnlyAfterOk) {
   ASSERT_NE(box, nullptr);
   EXPECT_EQ(WindowText(GetDlgItem(box, kMessageBoxTextId)),
             UserText(41105) + L"\n\n" + UserText(41106));
-  Answer(box, IDCANCEL);
+  ASSERT_TRUE(Answer(box, IDCANCEL));
   EXPECT_TRUE(fs::exists(licenceFile));
 
   Click(page, IDC_DEAUTHORIZE);
   box = WaitForWindow(41104);
   ASSERT_NE(box, nullptr);
-  Answer(box, IDOK);
+  ASSERT_TRUE(Answer(box, IDOK));
   EXPECT_TRUE(WaitFor([&] { return !fs::exists(licenceFile); }));
   // Nothing else was touched.
   EXPECT_TRUE(fs::exists(siteData) && fs::exists(assetFile));
 }
 
 TEST_F(AdvancedTest, ClearDataFromBothPagesWithCancelAndALockedLicence) {
-  Launch(L"startupdialog=advanced");
+  ASSERT_TRUE(app.Start(L"startupdialog=advanced"));
   Click(app.CurrentPage(), IDC_ADVANCED_DELETE_ALL);
   HWND dialog = WaitForWindow(71000);
   ASSERT_NE(dialog, nullptr);
@@ -191,7 +152,7 @@ TEST_F(AdvancedTest, ClearDataFromBothPagesWithCancelAndALockedLicence) {
   EXPECT_EQ(WindowText(GetDlgItem(box, kMessageBoxTextId)), UserText(11502));
   // The site data went first and is gone although the licences could not go.
   EXPECT_FALSE(fs::exists(siteData) || fs::exists(assetFile));
-  Answer(box, IDOK);
+  ASSERT_TRUE(Answer(box, IDOK));
   EXPECT_TRUE(WaitUntilClosed(dialog));
   EXPECT_TRUE(fs::exists(licenceFile));
   std::optional<SettingValue> domains = profile.Stored(kMaster, "domains");
@@ -205,7 +166,7 @@ TEST_F(AdvancedTest, TrustedLocationsAddEditAndRemove) {
   const std::wstring longPath = L"C:\\" + std::wstring(280, L'x') + L"\\long.vtm";
   // A setting of another type lists nothing and is not rewritten by opening; Add replaces it.
   ASSERT_TRUE(profile.SetGlobal(SettingValue::String("trustedPaths", "C:\\text")));
-  Launch(L"startupdialog=advanced");
+  ASSERT_TRUE(app.Start(L"startupdialog=advanced"));
   const std::string before = profile.FileBytes(kMaster);
   Click(app.CurrentPage(), IDC_TRUSTED_LOCATIONS);
   HWND trusted = WaitForWindow(81000);

@@ -8,13 +8,46 @@
 #include "l10n/string_table.h"
 #include "platform/win32/utf16.h"
 #include "platform/win32/win32_system.h"
+#include "support/process_start.h"
 
 namespace {
 
-constexpr auto kAppearTimeout = std::chrono::seconds(20);
-constexpr DWORD kCloseTimeoutMs = 5000;
+constexpr auto kAppearLimit = std::chrono::seconds(20);
+constexpr auto kWaitLimit = std::chrono::seconds(10);
+constexpr auto kCloseLimit = std::chrono::seconds(5);
+
+DWORD Milliseconds(std::chrono::milliseconds limit) {
+  return static_cast<DWORD>(ScaledTimeout(limit).count());
+}
 
 }  // namespace
+
+bool WaitFor(const std::function<bool()>& condition) {
+  const auto deadline = std::chrono::steady_clock::now() + ScaledTimeout(kWaitLimit);
+  while (std::chrono::steady_clock::now() < deadline) {
+    if (condition()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  return condition();
+}
+
+std::function<bool(HWND)> WithCaption(const std::wstring& caption) {
+  return [caption](HWND window) { return WindowText(window) == caption; };
+}
+
+std::function<bool(HWND)> WithControl(int controlId) {
+  return [controlId](HWND window) { return GetDlgItem(window, controlId) != nullptr; };
+}
+
+void Click(HWND dialog, int controlId) {
+  PostMessageW(GetDlgItem(dialog, controlId), BM_CLICK, 0, 0);
+}
+
+bool Answer(HWND dialog, int buttonId) {
+  if (GetDlgItem(dialog, buttonId) == nullptr) return false;
+  Click(dialog, buttonId);
+  return WaitFor([&] { return !IsWindow(dialog); });
+}
 
 std::wstring UserText(uint32_t id) {
   Win32System system;
@@ -73,45 +106,47 @@ AppUnderTest::~AppUnderTest() {
   Stop();
 }
 
-bool AppUnderTest::Start(const std::wstring& arguments, std::string* reason) {
+::testing::AssertionResult AppUnderTest::Start(const std::wstring& arguments) {
+  Stop();
   std::wstring commandLine = L"\"" + AppPath() + L"\"";
   if (!arguments.empty()) commandLine += L" " + arguments;
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
-  if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                      &startup, &process_)) {
-    *reason = "CreateProcess failed with error " + std::to_string(GetLastError());
-    return false;
+  StartResult start = StartProcess(commandLine, FALSE, 0, &startup, &process_);
+  if (!start.started()) {
+    process_ = PROCESS_INFORMATION{};
+    return ::testing::AssertionFailure() << start.Describe();
   }
   // The caption in the language the program will pick: the driver's own.
   const std::wstring caption = UserText(12000);
-  auto deadline = std::chrono::steady_clock::now() + kAppearTimeout;
+  const auto deadline = std::chrono::steady_clock::now() + ScaledTimeout(kAppearLimit);
   while (std::chrono::steady_clock::now() < deadline) {
-    HWND found = FindDialogOfProcess(process_.dwProcessId,
-                                     [&](HWND window) { return WindowText(window) == caption; });
+    HWND found = FindDialogOfProcess(process_.dwProcessId, WithCaption(caption));
     if (found != nullptr) {
       sheet_ = found;
       // The sheet is created; let it finish its first page.
       SendMessageW(sheet_, WM_NULL, 0, 0);
-      return true;
+      return ::testing::AssertionSuccess();
     }
     if (WaitForSingleObject(process_.hProcess, 50) == WAIT_OBJECT_0) {
       DWORD exitCode = 0;
       GetExitCodeProcess(process_.hProcess, &exitCode);
-      *reason = "the program ended with status " + std::to_string(exitCode) + " before its sheet";
-      return false;
+      Stop();
+      return ::testing::AssertionFailure()
+             << "the program ended with status " << exitCode << " before its sheet appeared";
     }
   }
-  *reason = "no sheet appeared within the time limit";
-  return false;
+  Stop();
+  return ::testing::AssertionFailure()
+         << "no sheet appeared within " << ScaledTimeout(kAppearLimit).count() << " ms";
 }
 
 void AppUnderTest::Stop() {
   if (process_.hProcess == nullptr) return;
   if (sheet_ != nullptr && IsWindow(sheet_)) PostMessageW(sheet_, WM_CLOSE, 0, 0);
-  if (WaitForSingleObject(process_.hProcess, kCloseTimeoutMs) != WAIT_OBJECT_0) {
+  if (WaitForSingleObject(process_.hProcess, Milliseconds(kCloseLimit)) != WAIT_OBJECT_0) {
     TerminateProcess(process_.hProcess, 1);
-    WaitForSingleObject(process_.hProcess, kCloseTimeoutMs);
+    WaitForSingleObject(process_.hProcess, INFINITE);
   }
   CloseHandle(process_.hThread);
   CloseHandle(process_.hProcess);
@@ -138,6 +173,20 @@ HWND AppUnderTest::CurrentPage() const {
 HWND AppUnderTest::SelectTab(int index) const {
   SendMessageW(sheet_, PSM_SETCURSEL, static_cast<WPARAM>(index), 0);
   return CurrentPage();
+}
+
+HWND AppUnderTest::WaitForDialog(const std::function<bool(HWND)>& accept) const {
+  HWND found = nullptr;
+  WaitFor([&] {
+    found = FindDialogOfProcess(process_.dwProcessId,
+                                [&](HWND window) { return window != sheet_ && accept(window); });
+    return found != nullptr;
+  });
+  return found;
+}
+
+HWND AppUnderTest::WaitForMessageBox() const {
+  return WaitForDialog([](HWND) { return true; });
 }
 
 namespace {

@@ -5,6 +5,8 @@
 #include <commctrl.h>
 // clang-format on
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -19,12 +21,15 @@ class AppUnderTest {
   AppUnderTest(const AppUnderTest&) = delete;
   AppUnderTest& operator=(const AppUnderTest&) = delete;
 
-  // Starts the program with the arguments after its path and waits for its sheet; false (with a
-  // reason) when it did not appear. The program inherits the driver's locale.
-  bool Start(const std::wstring& arguments, std::string* reason);
+  // Starts the program with the arguments after its path and waits for its sheet; a failure
+  // says why (the start error and its attempts, the exit status, or no sheet in time). Use as
+  // ASSERT_TRUE(app.Start(...)) so that a test without a sheet ends at once. A program started
+  // before is stopped first. The program inherits the driver's locale.
+  [[nodiscard]] ::testing::AssertionResult Start(const std::wstring& arguments = L"");
   // Closes the sheet, waits for the process, and ends it if it does not go by itself.
   void Stop();
 
+  DWORD processId() const { return process_.dwProcessId; }
   HWND sheet() const { return sheet_; }
   HWND tabs() const;
   int TabCount() const;
@@ -33,10 +38,32 @@ class AppUnderTest {
   // Selects a tab as a click would (the page gets PSN_SETACTIVE) and returns its page window.
   HWND SelectTab(int index) const;
 
+  // A visible dialog of the program other than its sheet (a modal dialog or a message box)
+  // that accept() takes, waiting for it up to the wait limit; null when none came.
+  HWND WaitForDialog(const std::function<bool(HWND)>& accept) const;
+  // Any dialog of the program other than its sheet, e.g. the message box a click opened.
+  HWND WaitForMessageBox() const;
+
  private:
   PROCESS_INFORMATION process_{};
   HWND sheet_ = nullptr;
 };
+
+// Polls until the condition holds or the wait limit (scaled by VP_TIMEOUT_SCALE) passes; the
+// program works on its own thread.
+bool WaitFor(const std::function<bool()>& condition);
+
+// Dialog filters for AppUnderTest::WaitForDialog: by its caption, or by a control id only its
+// template has.
+std::function<bool(HWND)> WithCaption(const std::wstring& caption);
+std::function<bool(HWND)> WithControl(int controlId);
+
+// Clicks a button of a dialog. Posted, so that a dialog the click opens does not block the
+// driver.
+void Click(HWND dialog, int controlId);
+// Clicks a button of a message box or modal dialog (IDOK, IDCANCEL, IDYES, ...) and waits for
+// the window to go; false when it stays.
+[[nodiscard]] bool Answer(HWND dialog, int buttonId);
 
 // A text of the string table in the driver's language, which the program also picks.
 std::wstring UserText(uint32_t id);

@@ -2,11 +2,9 @@
 // its controls.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "app_driver.h"
@@ -22,41 +20,9 @@
 namespace {
 
 const std::string kMaster = SMSettingsManager::MasterDomain();
-constexpr auto kWaitLimit = std::chrono::seconds(10);
-
-// Polls until the condition holds or the limit passes; the program works on its own thread.
-bool WaitFor(const std::function<bool()>& condition) {
-  auto deadline = std::chrono::steady_clock::now() + kWaitLimit;
-  while (std::chrono::steady_clock::now() < deadline) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  }
-  return condition();
-}
-
-// Posted, so that a message box the click opens does not block the driver.
-void Click(HWND page, int controlId) {
-  PostMessageW(GetDlgItem(page, controlId), BM_CLICK, 0, 0);
-}
-
-// The message box the program shows over its sheet, or null when none appears in time.
-HWND WaitForMessageBox(HWND sheet) {
-  DWORD processId = 0;
-  GetWindowThreadProcessId(sheet, &processId);
-  HWND found = nullptr;
-  WaitFor([&] {
-    found = FindDialogOfProcess(processId, [&](HWND window) { return window != sheet; });
-    return found != nullptr;
-  });
-  return found;
-}
 
 class ChoiceTest : public ::testing::Test {
  protected:
-  void Launch(const std::wstring& arguments) {
-    std::string reason;
-    ASSERT_TRUE(app.Start(arguments, &reason)) << reason;
-  }
   std::optional<double> Number(const std::string& domain, const std::string& name) {
     std::optional<SettingValue> value = profile.Stored(domain, name);
     if (!value || value->type() != kSettingNumber) return std::nullopt;
@@ -74,7 +40,7 @@ class ChoiceTest : public ::testing::Test {
 
 TEST_F(ChoiceTest, PlaybackBlockIsStoredAndLocksTheBySiteButton) {
   ASSERT_TRUE(profile.AddSites({"a.com"}));
-  Launch(L"startupdialog=playback");
+  ASSERT_TRUE(app.Start(L"startupdialog=playback"));
   const std::string siteBefore = profile.FileBytes("a.com");
   HWND page = app.CurrentPage();
   ASSERT_NE(GetDlgItem(page, IDC_P2P_BLOCK), nullptr);
@@ -104,7 +70,7 @@ TEST_F(ChoiceTest, PlaybackBlockIsStoredAndLocksTheBySiteButton) {
 TEST_F(ChoiceTest, CameraMicChoiceIsForcedOnEveryListedSite) {
   const std::vector<std::string> sites = {"a.com", "b.org"};
   ASSERT_TRUE(profile.AddSites(sites));
-  Launch(L"startupdialog=cammic");
+  ASSERT_TRUE(app.Start(L"startupdialog=cammic"));
   HWND page = app.CurrentPage();
   ASSERT_NE(GetDlgItem(page, IDC_CAMERA_MIC_BLOCK), nullptr);
 
@@ -138,7 +104,7 @@ TEST_F(ChoiceTest, StorageBlockAsksFirstThenDeletesAndStores) {
     std::fputs("progress", file);
     std::fclose(file);
   }
-  Launch(L"startupdialog=storage");
+  ASSERT_TRUE(app.Start(L"startupdialog=storage"));
   HWND page = app.CurrentPage();
   ASSERT_NE(GetDlgItem(page, IDC_STORAGE_BLOCK), nullptr);
   ASSERT_TRUE(IsChecked(page, IDC_STORAGE_ALLOW));
@@ -146,12 +112,11 @@ TEST_F(ChoiceTest, StorageBlockAsksFirstThenDeletesAndStores) {
 
   // Cancel, the default button, changes nothing.
   Click(page, IDC_STORAGE_BLOCK);
-  HWND box = WaitForMessageBox(app.sheet());
+  HWND box = app.WaitForMessageBox();
   ASSERT_NE(box, nullptr) << "no confirmation";
   EXPECT_EQ(WindowText(box), UserText(21100));
   EXPECT_NE(GetWindowLongW(GetDlgItem(box, IDCANCEL), GWL_STYLE) & BS_DEFPUSHBUTTON, 0);
-  PostMessageW(GetDlgItem(box, IDCANCEL), BM_CLICK, 0, 0);
-  ASSERT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+  ASSERT_TRUE(Answer(box, IDCANCEL));
   EXPECT_TRUE(WaitFor([&] { return IsChecked(page, IDC_STORAGE_ALLOW); }));
   EXPECT_FALSE(IsChecked(page, IDC_STORAGE_BLOCK));
   EXPECT_EQ(profile.FileBytes(kMaster), masterBefore);
@@ -159,10 +124,9 @@ TEST_F(ChoiceTest, StorageBlockAsksFirstThenDeletesAndStores) {
 
   // OK blocks: the limit everywhere and the sites' data gone.
   Click(page, IDC_STORAGE_BLOCK);
-  box = WaitForMessageBox(app.sheet());
+  box = app.WaitForMessageBox();
   ASSERT_NE(box, nullptr) << "no confirmation the second time";
-  PostMessageW(GetDlgItem(box, IDOK), BM_CLICK, 0, 0);
-  ASSERT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+  ASSERT_TRUE(Answer(box, IDOK));
   EXPECT_TRUE(WaitFor([&] { return Number(kMaster, "defaultklimit") == -1.0; }));
   for (const std::string& site : sites) {
     EXPECT_TRUE(WaitFor([&] { return Number(site, "klimit") == -1.0; })) << site;

@@ -24,38 +24,28 @@ constexpr LONG kRightToLeftStyles = WS_EX_LAYOUTRTL | WS_EX_RTLREADING;
 
 class SheetTest : public ::testing::Test {
  protected:
-  // Starts the program; a failure ends the test with the reason.
-  void Launch(const std::wstring& arguments = L"") {
-    std::string reason;
-    ASSERT_TRUE(app.Start(arguments, &reason)) << reason;
-  }
-  void Relaunch(const std::wstring& arguments) {
-    app.Stop();
-    Launch(arguments);
-  }
-
   UiProfile profile;
   AppUnderTest app;
 };
 
 TEST_F(SheetTest, TheProgramOpensItsSheet) {
-  Launch();
+  ASSERT_TRUE(app.Start());
   ASSERT_NE(app.sheet(), nullptr);
   EXPECT_TRUE(IsWindowVisible(app.sheet()));
   EXPECT_NE(app.CurrentPage(), nullptr);
 }
 
 TEST_F(SheetTest, TabsFollowTheInstalledPlayers) {
-  Launch();
+  ASSERT_TRUE(app.Start());
   EXPECT_EQ(app.TabCount(), 4) << "no player";
 
   profile.AddPlayer(PlayerKind::Npapi, L"32.0.0.465", /*partner=*/true);
   profile.AddPlayer(PlayerKind::Ppapi, L"32.0.0.466", /*partner=*/true);
-  Relaunch(L"");
+  ASSERT_TRUE(app.Start());
   EXPECT_EQ(app.TabCount(), 4) << "partner builds only";
 
   profile.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");
-  Relaunch(L"");
+  ASSERT_TRUE(app.Start());
   EXPECT_EQ(app.TabCount(), 5) << "a plain NPAPI player";
   // The fourth tab is the Updates page and shows the player's version.
   HWND updates = app.SelectTab(3);
@@ -85,7 +75,7 @@ TEST_F(SheetTest, StartPageFollowsTheKeywordsFixedIndices) {
       profile.AddPlayer(PlayerKind::Ppapi, L"32.0.0.466");
     else
       profile.Clear();
-    Relaunch(test.arguments);
+    ASSERT_TRUE(app.Start(test.arguments));
     std::string label = ToUtf8(test.arguments).value_or("?");
     EXPECT_EQ(app.CurrentTab(), test.tab) << label;
     EXPECT_NE(GetDlgItem(app.CurrentPage(), test.controlOfThatPage), nullptr) << label;
@@ -93,7 +83,7 @@ TEST_F(SheetTest, StartPageFollowsTheKeywordsFixedIndices) {
 }
 
 TEST_F(SheetTest, NoOkCancelOrContextHelp) {
-  Launch();
+  ASSERT_TRUE(app.Start());
   for (int id : {IDOK, IDCANCEL}) {
     HWND button = GetDlgItem(app.sheet(), id);
     EXPECT_TRUE(button == nullptr || !IsWindowVisible(button)) << id;
@@ -121,7 +111,7 @@ std::vector<ControlText> WithNotice(std::vector<ControlText> texts) {
 
 TEST_F(SheetTest, EveryPageShowsTheStringTablesTexts) {
   profile.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");
-  Launch();
+  ASSERT_TRUE(app.Start());
   Win32System system;
   SMUserLanguageStringTable strings(system);
   const std::vector<std::vector<ControlText>> pages{
@@ -189,7 +179,7 @@ TEST_F(SheetTest, PagesShowWhatIsStoredAndReadItAgainOnEveryActivation) {
   ASSERT_TRUE(profile.SetGlobal(SettingValue::Number("defaultklimit", -1.0)));
   ASSERT_TRUE(profile.SetGlobal(SettingValue::Boolean("defaultalways", true)));
   ASSERT_TRUE(profile.SetGlobal(SettingValue::Boolean("disallowP2PUplink", true)));
-  Launch();
+  ASSERT_TRUE(app.Start());
   HWND storage = app.CurrentPage();
   EXPECT_TRUE(IsChecked(storage, IDC_STORAGE_BLOCK));
   EXPECT_FALSE(IsChecked(storage, IDC_STORAGE_ALLOW));
@@ -218,16 +208,16 @@ TEST_F(SheetTest, PagesShowWhatIsStoredAndReadItAgainOnEveryActivation) {
 
 TEST_F(SheetTest, StorageShowsAskForALimitOfZeroAndAllowForAnyOtherValue) {
   ASSERT_TRUE(profile.SetGlobal(SettingValue::Number("defaultklimit", 0.0)));
-  Launch();
+  ASSERT_TRUE(app.Start());
   EXPECT_TRUE(IsChecked(app.CurrentPage(), IDC_STORAGE_ASK));
   ASSERT_TRUE(profile.SetGlobal(SettingValue::Number("defaultklimit", 10.0)));
-  Relaunch(L"");
+  ASSERT_TRUE(app.Start());
   EXPECT_TRUE(IsChecked(app.CurrentPage(), IDC_STORAGE_ALLOW));
 }
 
 TEST_F(SheetTest, AdministratorLocksCameraAndMicOnBlockWithoutChangingTheSetting) {
   ASSERT_TRUE(profile.WriteAdminConfig("AVHardwareDisable=1\r\n"));
-  Launch(L"startupdialog=cammic");
+  ASSERT_TRUE(app.Start(L"startupdialog=cammic"));
   HWND camera = app.CurrentPage();
   EXPECT_TRUE(IsChecked(camera, IDC_CAMERA_MIC_BLOCK));
   for (int id :
@@ -244,12 +234,12 @@ TEST_F(SheetTest, AdministratorLocksCameraAndMicOnBlockWithoutChangingTheSetting
 TEST_F(SheetTest, UpdatesPageOnlyInformsInChromeMode) {
   profile.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");
   ASSERT_TRUE(profile.WriteAdminConfig("AutoUpdateDisable=1\r\n"));
-  Launch(L"startupdialog=advanced");
+  ASSERT_TRUE(app.Start(L"startupdialog=advanced"));
   HWND updates = app.CurrentPage();
   EXPECT_TRUE(IsChecked(updates, IDC_UPDATES_NEVER));
   EXPECT_TRUE(IsWindowEnabled(GetDlgItem(updates, IDC_UPDATES_CHECK_NOW)));
 
-  Relaunch(L"startupdialog=advanced mode=chrome");
+  ASSERT_TRUE(app.Start(L"startupdialog=advanced mode=chrome"));
   updates = app.CurrentPage();
   EXPECT_TRUE(IsChecked(updates, IDC_UPDATES_NEVER));
   for (int id : {IDC_UPDATES_AUTOMATIC, IDC_UPDATES_NOTIFY, IDC_UPDATES_NEVER, IDC_UPDATES_HEADING,
@@ -262,27 +252,19 @@ TEST_F(SheetTest, UpdatesPageOnlyInformsInChromeMode) {
   EXPECT_FALSE(IsWindowVisible(GetDlgItem(updates, IDC_UPDATES_CHANGE)));
 }
 
-// Run by its own ctest entry with a Hebrew locale for the driver and the program it starts.
-TEST_F(SheetTest, RightToLeftLanguageMirrorsTheSheetItsTabsAndEveryPage) {
-  ASSERT_TRUE(IsRightToLeftLanguage(GetUserDefaultUILanguage()))
-      << "run this test with LC_ALL=he_IL.UTF-8 or ar_SA.UTF-8";
+// Run once in a left-to-right and once in a right-to-left locale.
+TEST_F(SheetTest, LayoutIsMirroredExactlyInRightToLeftLanguages) {
+  const bool rightToLeft = IsRightToLeftLanguage(GetUserDefaultUILanguage());
+  const LONG sheetStyle = rightToLeft ? WS_EX_LAYOUTRTL : 0;
+  const LONG controlStyles = rightToLeft ? kRightToLeftStyles : 0;
   profile.AddPlayer(PlayerKind::Ppapi, L"32.0.0.466");
-  Launch();
-  EXPECT_EQ(ExtendedStyle(app.sheet()) & WS_EX_LAYOUTRTL, WS_EX_LAYOUTRTL);
-  EXPECT_EQ(ExtendedStyle(app.tabs()) & kRightToLeftStyles, kRightToLeftStyles);
+  ASSERT_TRUE(app.Start());
+  EXPECT_EQ(ExtendedStyle(app.sheet()) & WS_EX_LAYOUTRTL, sheetStyle);
+  EXPECT_EQ(ExtendedStyle(app.tabs()) & kRightToLeftStyles, controlStyles);
   ASSERT_EQ(app.TabCount(), 5);
   for (int tab = 0; tab < 5; ++tab) {
-    HWND page = app.SelectTab(tab);
-    EXPECT_EQ(ExtendedStyle(page) & kRightToLeftStyles, kRightToLeftStyles) << tab;
+    EXPECT_EQ(ExtendedStyle(app.SelectTab(tab)) & kRightToLeftStyles, controlStyles) << tab;
   }
-}
-
-TEST_F(SheetTest, LeftToRightLanguageKeepsTheLayoutUnmirrored) {
-  ASSERT_FALSE(IsRightToLeftLanguage(GetUserDefaultUILanguage()));
-  Launch();
-  EXPECT_EQ(ExtendedStyle(app.sheet()) & WS_EX_LAYOUTRTL, 0);
-  EXPECT_EQ(ExtendedStyle(app.tabs()) & kRightToLeftStyles, 0);
-  EXPECT_EQ(ExtendedStyle(app.CurrentPage()) & kRightToLeftStyles, 0);
 }
 
 TEST(ProgramResourcesTest, ManifestAsksForCommonControlsSix) {
