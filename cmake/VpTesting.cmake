@@ -37,7 +37,9 @@ function(vp_add_test name)
   if(CMAKE_CROSSCOMPILING)
     vp_scaled_timeout(600 timeout)
     add_test(NAME wine.${name} COMMAND ${name})
+    # The tests of one prefix share its registry and folders: one at a time.
     set_tests_properties(wine.${name} PROPERTIES LABELS core TIMEOUT ${timeout}
+                         RESOURCE_LOCK ${VP_WINE_CORE_PREFIX}
                          ENVIRONMENT "VP_WINEPREFIX=${VP_WINE_CORE_PREFIX}")
   else()
     vp_scaled_timeout(300 timeout)

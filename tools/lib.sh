@@ -9,6 +9,9 @@ VP_PACKAGES=(
   nlohmann-json3-dev libcli11-dev
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-x86-64-dev
   wine wine64 xvfb xdotool x11-utils imagemagick
+  # Fonts with the Chinese, Japanese, Korean and Thai letters (and Latin beside them), so that
+  # those languages are drawn and measured as they would be on a user's system.
+  fonts-wqy-microhei fonts-tlwg-loma-ttf
 )
 
 vp_fail() {

@@ -99,3 +99,14 @@ void SMAdminConfig::Write(std::FILE* stream) const {
     std::fprintf(stream, "%s=%s\n", key.c_str(), value.c_str());
   }
 }
+
+bool SMAdminConfig::WriteToFile() const {
+  if (path_.empty()) return false;
+  std::FILE* file = OpenFileUtf8(path_, "w");
+  if (file == nullptr) return false;
+  std::fseek(file, 0, SEEK_SET);
+  Write(file);
+  bool failed = std::ferror(file) != 0;
+  failed = std::fclose(file) != 0 || failed;
+  return !failed;
+}

@@ -24,6 +24,9 @@ class SMAdminConfig {
   void SetValue(std::string_view key, std::string_view value);
   // Every entry as "%s=%s\n" in list order; the caller opens and closes the stream.
   void Write(std::FILE* stream) const;
+  // Rewrites the file at path() with Write: opened in text mode "w", so it is truncated, and no
+  // folder is created. True when the file was opened, written and closed without an error.
+  bool WriteToFile() const;
 
   int encoding() const { return encoding_; }
   const std::string& path() const { return path_; }

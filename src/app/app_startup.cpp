@@ -55,7 +55,8 @@ void BuildPages(SMSystem& system, CentralObjects& central, SMSheetFrame& frame,
                        *central.adminConfig,
                        *central.privateData,
                        *central.platform};
-  frame.CreateSheet(CopyOrEmpty(central.strings->GetString(kSheetCaptionId)));
+  frame.CreateSheet(CopyOrEmpty(central.strings->GetString(kSheetCaptionId)),
+                    IsRightToLeftLanguage(system.UserDefaultUILanguage()));
   for (SMPageKind kind : kConstructionOrder) {
     // Asked again for every page, as the sheet does for itself.
     bool rightToLeft = IsRightToLeftLanguage(system.UserDefaultUILanguage());

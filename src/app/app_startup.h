@@ -35,7 +35,7 @@ struct SMAppObjects {
 class SMSheetFrame {
  public:
   virtual ~SMSheetFrame() = default;
-  virtual void CreateSheet(const std::string& caption) = 0;
+  virtual void CreateSheet(const std::string& caption, bool rightToLeft) = 0;
   virtual void CreatePage(SMPageKind kind, const SMAppObjects& objects, bool rightToLeft) = 0;
   virtual void SetPageTitle(SMPageKind kind, const std::string& title) = 0;
   // False when the system refuses the page; the other pages are still added.

@@ -5,7 +5,6 @@
 // clang-format on
 
 #include "app/app_startup.h"
-#include "app/common_controls.h"
 #include "app/win32_sheet_frame.h"
 #include "platform/win32/win32_platform.h"
 #include "platform/win32/win32_system.h"
@@ -22,7 +21,9 @@ class Win32AppFactory : public SMAppFactory {
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
-  INITCOMMONCONTROLSEX classes{sizeof classes, kCommonControlClasses};
+  // Wine registers every class whatever is asked; Windows registers only these.
+  INITCOMMONCONTROLSEX classes{sizeof classes, ICC_LINK_CLASS | ICC_LISTVIEW_CLASSES |
+                                                   ICC_TAB_CLASSES | ICC_STANDARD_CLASSES};
   InitCommonControlsEx(&classes);
   Win32System system;
   Win32AppFactory factory;

@@ -5,6 +5,36 @@
 #include "app/shell_resource_ids.h"
 #include "layout/dialog_layout.h"
 
+namespace {
+
+// All pages of a sheet are the size of its page area: a page whose texts need more height makes
+// the area (and every page already created) taller; pages created later get the new size.
+void GrowPageArea(HWND sheet, int pageHeight) {
+  auto tabs = reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETTABCONTROL, 0, 0));
+  if (tabs == nullptr) return;
+  RECT area{};
+  GetClientRect(tabs, &area);
+  SendMessageW(tabs, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
+  int grow = pageHeight - (area.bottom - area.top);
+  if (grow <= 0) return;
+  auto growWindow = [grow](HWND window) {
+    RECT frame{};
+    GetWindowRect(window, &frame);
+    SetWindowPos(window, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top + grow,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  };
+  growWindow(sheet);
+  growWindow(tabs);
+  for (HWND child = GetWindow(sheet, GW_CHILD); child != nullptr;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    wchar_t className[16] = {};
+    GetClassNameW(child, className, 16);
+    if (wcscmp(className, L"#32770") == 0) growWindow(child);
+  }
+}
+
+}  // namespace
+
 SettingsPage::SettingsPage(int templateId, const SMAppObjects& objects)
     : SMDialogObject(objects.system, objects.strings), objects_(objects) {
   descriptor_.dwSize = PROPSHEETPAGEW_V1_SIZE;
@@ -34,7 +64,9 @@ bool SettingsPage::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
     case WM_INITDIALOG:
       if (rightToLeft_) MakeRightToLeft(window_);
       SetTexts();
-      FitDialogToTexts(window_);
+      GrowPageArea(GetParent(window_),
+                   FitDialogToTexts(window_, {IDC_NOTICE_RULE, IDC_NOTICE_ICON, IDC_NOTICE_TEXT,
+                                              IDC_NOTICE_LINK}));
       RefreshFromSettings();
       AfterInit();
       justInitialised_ = true;

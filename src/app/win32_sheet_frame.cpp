@@ -35,9 +35,8 @@ Win32SheetFrame::~Win32SheetFrame() {
   DestroyPagesAndSheet();
 }
 
-void Win32SheetFrame::CreateSheet(const std::string& caption) {
-  sheet_ = std::make_unique<SettingsSheet>(Wide(caption),
-                                           IsRightToLeftLanguage(GetUserDefaultUILanguage()));
+void Win32SheetFrame::CreateSheet(const std::string& caption, bool rightToLeft) {
+  sheet_ = std::make_unique<SettingsSheet>(Wide(caption), rightToLeft);
 }
 
 void Win32SheetFrame::CreatePage(SMPageKind kind, const SMAppObjects& objects, bool rightToLeft) {

@@ -11,7 +11,7 @@
 class Win32SheetFrame : public SMSheetFrame {
  public:
   ~Win32SheetFrame() override;
-  void CreateSheet(const std::string& caption) override;
+  void CreateSheet(const std::string& caption, bool rightToLeft) override;
   void CreatePage(SMPageKind kind, const SMAppObjects& objects, bool rightToLeft) override;
   void SetPageTitle(SMPageKind kind, const std::string& title) override;
   bool AddPage(SMPageKind kind) override;

@@ -7,9 +7,9 @@
 #include "cli/commands.h"
 #include "cli/json_codec.h"
 #include "dialogs/clear_data_logic.h"
-#include "dialogs/site_choice.h"
 #include "dialogs/storage_size.h"
 #include "dialogs/trusted_locations_logic.h"
+#include "settings/site_permissions.h"
 
 namespace {
 
@@ -31,15 +31,6 @@ std::optional<SiteChoice> ChoiceFromWord(const std::string& word) {
   return std::nullopt;
 }
 
-bool IsKnownSite(SMSettingsManager& settings, const std::string& site) {
-  const SettingArray* sites = settings.GetKnownSites();
-  if (sites == nullptr) return false;
-  for (const SettingValue& element : *sites) {
-    if (element.name() == site) return true;
-  }
-  return false;
-}
-
 struct SiteRow {
   std::string name;
   SiteChoice storage;
@@ -51,10 +42,10 @@ struct SiteRow {
 
 SiteRow ReadSiteRow(SMSettingsManager& settings, const std::string& site) {
   return {site,
-          ReadStorageChoice(settings, site),
-          ReadPairChoice(settings, site, kCameraSecureKeys),
-          ReadPairChoice(settings, site, kCameraOtherKeys),
-          ReadPairChoice(settings, site, kPeerNetworkingKeys),
+          ReadSiteChoice(settings, site, SitePermission::kStorage),
+          ReadSiteChoice(settings, site, SitePermission::kCameraSecure),
+          ReadSiteChoice(settings, site, SitePermission::kCameraOther),
+          ReadSiteChoice(settings, site, SitePermission::kPeerNetworking),
           settings.GetSiteStoredBytes(settings.storedDataFolder(), site)};
 }
 
@@ -87,12 +78,8 @@ void PrintRows(CliContext& context, const std::vector<SiteRow>& rows) {
 int RunSites(CliContext& context) {
   SMSettingsManager& settings = context.settings();
   std::vector<SiteRow> rows;
-  if (const SettingArray* sites = settings.GetKnownSites()) {
-    std::vector<std::string> names;
-    for (const SettingValue& element : *sites) {
-      if (!element.name().empty()) names.push_back(element.name());
-    }
-    for (const std::string& name : names) rows.push_back(ReadSiteRow(settings, name));
+  for (const std::string& name : KnownSiteNames(settings)) {
+    if (!name.empty()) rows.push_back(ReadSiteRow(settings, name));
   }
   PrintRows(context, rows);
   return kExitOk;
@@ -113,15 +100,15 @@ int RunSite(CliContext& context, const std::string& site, const std::string& per
   if (isNew && !settings.AddSite(site)) return Fail(kExitFailed, "could not add the site " + site);
   bool written = false;
   if (permission == "storage") {
-    written = WriteStorageChoice(settings, site, *choice);
+    written = WriteSiteChoice(settings, site, SitePermission::kStorage, *choice);
     // Blocking an existing site deletes what it stored at once; its settings stay.
     if (written && !isNew && *choice == kChoiceBlock) written = settings.RemoveSite(site, false);
   } else if (permission == "cammic") {
-    bool secure = WritePairChoice(settings, site, kCameraSecureKeys, *choice);
-    bool other = WritePairChoice(settings, site, kCameraOtherKeys, *choice);
+    bool secure = WriteSiteChoice(settings, site, SitePermission::kCameraSecure, *choice);
+    bool other = WriteSiteChoice(settings, site, SitePermission::kCameraOther, *choice);
     written = secure && other;
   } else if (permission == "p2p") {
-    written = WritePairChoice(settings, site, kPeerNetworkingKeys, *choice);
+    written = WriteSiteChoice(settings, site, SitePermission::kPeerNetworking, *choice);
   } else {
     return Fail(kExitUsage,
                 "the permission must be storage, cammic or p2p, not \"" + permission + "\"");

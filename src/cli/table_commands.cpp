@@ -1,12 +1,10 @@
 // strings and admin: the string table, and the administrator file tss.cfg.
-#include <cstdio>
 #include <filesystem>
 #include <iostream>
 
 #include "cli/commands.h"
 #include "cli/json_codec.h"
 #include "l10n/string_data.h"
-#include "platform/file_io.h"
 
 namespace {
 
@@ -20,15 +18,12 @@ std::optional<uint16_t> ParseLanguageId(const std::string& text) {
   return static_cast<uint16_t>(std::stoul(digits, nullptr, 16));
 }
 
+// Unlike the program, the tool may be the first to write the file, so it makes the folder.
 bool WriteAdminFile(SMAdminConfig& config) {
   std::error_code error;
   std::filesystem::path path(std::u8string(config.path().begin(), config.path().end()));
   std::filesystem::create_directories(path.parent_path(), error);
-  std::FILE* file = OpenFileUtf8(config.path(), "w");
-  if (file == nullptr) return false;
-  config.Write(file);
-  bool written = std::ferror(file) == 0;
-  return std::fclose(file) == 0 && written;
+  return config.WriteToFile();
 }
 
 }  // namespace

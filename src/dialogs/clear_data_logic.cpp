@@ -3,6 +3,7 @@
 #include "app/user_prompts.h"
 #include "platform/private_data_folder.h"
 #include "settings/settings_manager.h"
+#include "settings/site_permissions.h"
 
 int ClampCheckState(int state) {
   return state < kCheckUnchecked || state > kCheckIndeterminate ? kCheckUnchecked : state;
@@ -17,8 +18,7 @@ ClearDataOutcome ClearAllData(SMSettingsManager& settings, SMPlatformServices& p
                               SMPrivateDataFolder& privateData, SMUserPrompts& prompts,
                               ClearDataRequest request) {
   ClearDataOutcome outcome;
-  const SettingValue* domains = settings.GetValue(SMSettingsManager::MasterDomain(), "domains");
-  if (domains == nullptr || domains->type() != kSettingArray) {
+  if (ArrayOf(settings.GetValue(SMSettingsManager::MasterDomain(), kKnownSitesKey)) == nullptr) {
     outcome.nothingRecorded = true;
     return outcome;
   }

@@ -15,9 +15,8 @@ const SettingValue* StoredValue(SMSettingsManager& settings) {
 
 // A copy of the current array (empty when the setting is missing or not an array).
 SettingArray CurrentLocations(SMSettingsManager& settings) {
-  const SettingValue* value = StoredValue(settings);
-  if (value == nullptr || value->type() != kSettingArray) return SettingArray();
-  return value->array();
+  const SettingArray* locations = ArrayOf(StoredValue(settings));
+  return locations != nullptr ? *locations : SettingArray();
 }
 
 TrustedChange Store(SMSettingsManager& settings, SettingArray locations) {

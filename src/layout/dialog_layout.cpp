@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,45 +26,60 @@ std::wstring TextOf(HWND control) {
   return text;
 }
 
-// What a link shows: the caption without its <a> and </a> markers.
-std::wstring WithoutLinkMarkup(std::wstring text) {
-  for (const wchar_t* tag : {L"<a>", L"</a>"}) {
-    for (size_t at = text.find(tag); at != std::wstring::npos; at = text.find(tag)) {
-      text.erase(at, wcslen(tag));
+// What a link shows: the caption without its <a> and </a> markers and carriage returns.
+std::wstring Shown(std::wstring caption) {
+  for (const wchar_t* mark : {L"<a>", L"</a>", L"\r"}) {
+    for (size_t at = caption.find(mark); at != std::wstring::npos; at = caption.find(mark)) {
+      caption.erase(at, wcslen(mark));
     }
   }
-  return text;
+  return caption;
 }
 
-// Wine's link control breaks a long line inside a word, so a link that needs more than one line
-// gets its line breaks from here, between words, measured with the dialog's font.
+int ExtentOf(HDC dc, const std::wstring& text) {
+  SIZE extent{};
+  GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
+  return extent.cx;
+}
+
+// Wine's link control breaks a line that is too long inside a word, so a link's caption gets
+// its line breaks from here, between words, measured as shown with the dialog's font. The
+// caption's own line breaks stay.
 std::wstring BreakLinkCaption(HDC dc, const std::wstring& caption, int width) {
-  const std::wstring open = L"<a>";
-  const std::wstring close = L"</a>";
-  if (caption.size() < open.size() + close.size() || caption.compare(0, 3, open) != 0 ||
-      caption.compare(caption.size() - 4, 4, close) != 0) {
-    return caption;
-  }
-  std::wstring text = caption.substr(3, caption.size() - 7);
   std::wstring broken;
-  std::wstring line;
-  size_t start = 0;
-  while (start <= text.size()) {
-    size_t end = text.find(L' ', start);
-    if (end == std::wstring::npos) end = text.size();
-    std::wstring word = text.substr(start, end - start);
-    std::wstring candidate = line.empty() ? word : line + L' ' + word;
-    SIZE extent{};
-    GetTextExtentPoint32W(dc, candidate.c_str(), static_cast<int>(candidate.size()), &extent);
-    if (extent.cx > width && !line.empty()) {
-      broken += line + L'\n';
-      line = word;
-    } else {
-      line = candidate;
+  size_t lineStart = 0;
+  while (true) {
+    size_t lineEnd = caption.find(L'\n', lineStart);
+    std::wstring line = caption.substr(
+        lineStart, lineEnd == std::wstring::npos ? std::wstring::npos : lineEnd - lineStart);
+    std::wstring shown;
+    bool first = true;
+    for (size_t start = 0; start <= line.size();) {
+      size_t end = std::min(line.find(L' ', start), line.size());
+      std::wstring word = line.substr(start, end - start);
+      std::wstring candidate = first ? Shown(word) : shown + L' ' + Shown(word);
+      if (!first && ExtentOf(dc, candidate) > width) {
+        broken += L'\n';
+        candidate = Shown(word);
+      } else if (!first) {
+        broken += L' ';
+      }
+      broken += word;
+      shown = candidate;
+      first = false;
+      start = end + 1;
     }
-    start = end + 1;
+    if (lineEnd == std::wstring::npos) return broken;
+    broken += L'\n';
+    lineStart = lineEnd + 1;
   }
-  return open + broken + line + close;
+}
+
+// The room of a text with its own line breaks only.
+SIZE Unwrapped(HDC dc, const std::wstring& text) {
+  RECT needed{0, 0, 0, 0};
+  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &needed, DT_CALCRECT | DT_NOPREFIX);
+  return SIZE{needed.right, needed.bottom};
 }
 
 struct Measured {
@@ -70,76 +87,135 @@ struct Measured {
   LayoutControl layout;
 };
 
-LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
-  LayoutControl layout;
+bool IsBoxButton(LONG style) {
+  LONG type = style & BS_TYPEMASK;
+  return type == BS_AUTORADIOBUTTON || type == BS_RADIOBUTTON || type == BS_AUTOCHECKBOX ||
+         type == BS_CHECKBOX || type == BS_AUTO3STATE || type == BS_3STATE;
+}
+
+// The size of the text wrapped at `width`; wider than that when one word alone is.
+SIZE Wrapped(HDC dc, const std::wstring& text, int width) {
+  RECT wrapped{0, 0, std::max(width, 1), 0};
+  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &wrapped,
+            DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+  return SIZE{wrapped.right, wrapped.bottom};
+}
+
+int WrappedHeight(HDC dc, const std::wstring& text, int width) {
+  return Wrapped(dc, text, width).cy;
+}
+
+LayoutRect RectInDialog(HWND dialog, HWND control) {
   RECT bounds{};
   GetWindowRect(control, &bounds);
   MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&bounds), 2);
   // Mapping into a mirrored dialog swaps the two edges.
   if (bounds.left > bounds.right) std::swap(bounds.left, bounds.right);
-  layout.rect = LayoutRect{bounds.left, bounds.top, bounds.right, bounds.bottom};
-  std::wstring className = ClassOf(control);
-  LONG style = GetWindowLongW(control, GWL_STYLE);
-  std::wstring text = TextOf(control);
-  bool isLink = _wcsicmp(className.c_str(), WC_LINK) == 0;
-  if (isLink) text = WithoutLinkMarkup(text);
-  if (_wcsicmp(className.c_str(), L"Static") == 0) {
-    LONG type = style & SS_TYPEMASK;
-    if (type == SS_ETCHEDHORZ) {
-      layout.kind = LayoutKind::kRule;
-      return layout;
-    }
-    if (type != SS_LEFT && type != SS_RIGHT && type != SS_CENTER) return layout;
-  } else if (_wcsicmp(className.c_str(), L"Button") != 0 && !isLink) {
-    return layout;
-  }
-  if (text.empty()) return layout;
-  SIZE extent{};
-  GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
-  bool isLabel = _wcsicmp(className.c_str(), L"Static") == 0;
-  if (isLabel && (style & SS_TYPEMASK) == SS_RIGHT) {
-    layout.kind = LayoutKind::kFixed;  // right-aligned labels keep their right edge
-    return layout;
-  }
-  // A label or link taller than one line wraps; everything else is one line of text.
-  if ((isLabel || isLink) && layout.rect.height() > extent.cy * 3 / 2) {
-    RECT wrapped{0, 0, layout.rect.width(), 0};
-    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &wrapped,
-              DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+  return LayoutRect{bounds.left, bounds.top, bounds.right, bounds.bottom};
+}
+
+// A label's or link's text: wrapped at its width when the control is taller than one line,
+// otherwise widened first and wrapped onto more lines only when it does not fit at the margin.
+// `wrap` gives the room of the text wrapped at a width.
+LayoutControl MeasureText(LayoutControl layout, SIZE extent, int rightLimit,
+                          const std::function<SIZE(int)>& wrap) {
+  if (layout.rect.height() > extent.cy * 3 / 2) {
     layout.kind = LayoutKind::kWrapping;
-    layout.neededHeight = wrapped.bottom;
+    SIZE wrapped = wrap(layout.rect.width() - 2);
+    layout.neededHeight = wrapped.cy;
+    // A word longer than the line (scripts without spaces) widens the label.
+    if (wrapped.cx > layout.rect.width() - 2) layout.neededWidth = wrapped.cx + 2;
     return layout;
   }
-  bool canWrap = isLink || (isLabel && (style & SS_TYPEMASK) == SS_LEFT);
-  if (canWrap) {
-    // Widened first; should the text still not fit at the margin, it wraps onto more lines.
-    layout.kind = LayoutKind::kOneLine;
-    layout.neededWidth = extent.cx + 2;
-    int widest = rightLimit - layout.rect.left;
-    if (layout.neededWidth > widest && widest > 0) {
-      RECT wrapped{0, 0, widest, 0};
-      DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &wrapped,
-                DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
-      layout.neededHeight = wrapped.bottom;
-    }
+  layout.kind = LayoutKind::kOneLine;
+  layout.neededWidth = extent.cx + 2;
+  layout.neededHeight = extent.cy;
+  int widest = rightLimit - layout.rect.left;
+  if (layout.neededWidth > widest && widest > 0) layout.neededHeight = wrap(widest - 2).cy;
+  return layout;
+}
+
+LayoutControl MeasureLabel(LayoutControl layout, LONG style, HDC dc, const std::wstring& text,
+                           SIZE extent, int rightLimit) {
+  LONG type = style & SS_TYPEMASK;
+  if (type == SS_ETCHEDHORZ) {
+    layout.kind = LayoutKind::kRule;
     return layout;
   }
-  if (isLabel) return layout;  // centred labels keep their place
-  LONG buttonType = style & BS_TYPEMASK;
-  bool box = buttonType == BS_AUTORADIOBUTTON || buttonType == BS_RADIOBUTTON ||
-             buttonType == BS_AUTOCHECKBOX || buttonType == BS_CHECKBOX;
+  if ((type != SS_LEFT && type != SS_RIGHT) || text.empty()) return layout;
+  layout =
+      MeasureText(layout, extent, rightLimit, [&](int width) { return Wrapped(dc, text, width); });
+  if (type == SS_RIGHT && layout.kind == LayoutKind::kOneLine) {
+    // Never wrapped: the column makes room for it instead.
+    layout.rightAligned = true;
+    layout.neededHeight = extent.cy;
+  }
+  return layout;
+}
+
+LayoutControl MeasureButton(LayoutControl layout, LONG style, HDC dc, const std::wstring& text,
+                            SIZE extent, int rightLimit) {
+  if ((style & BS_TYPEMASK) == BS_GROUPBOX || text.empty()) return layout;
+  bool box = IsBoxButton(style);
+  // The box and the space after it, or the button's frame and inner padding.
   int decoration = box ? GetSystemMetrics(SM_CXMENUCHECK) + 8 : 16;
+  int padding = box ? 2 : 8;
   layout.kind = LayoutKind::kOneLine;
   layout.neededWidth = extent.cx + decoration;
+  int widest = rightLimit - layout.rect.left;
+  if (layout.neededWidth > widest && widest > decoration) {
+    layout.neededHeight = WrappedHeight(dc, text, widest - decoration) + padding;
+  }
   return layout;
+}
+
+LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
+  LayoutControl layout;
+  layout.rect = RectInDialog(dialog, control);
+  std::wstring className = ClassOf(control);
+  LONG style = GetWindowLongW(control, GWL_STYLE);
+  std::wstring caption = TextOf(control);
+  bool isLink = _wcsicmp(className.c_str(), WC_LINK) == 0;
+  std::wstring text = isLink ? Shown(caption) : caption;
+  SIZE extent{};
+  GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
+  if (_wcsicmp(className.c_str(), L"Static") == 0) {
+    return MeasureLabel(layout, style, dc, text, extent, rightLimit);
+  }
+  if (_wcsicmp(className.c_str(), L"Button") == 0) {
+    return MeasureButton(layout, style, dc, text, extent, rightLimit);
+  }
+  if (!isLink || text.empty()) return layout;
+  return MeasureText(layout, extent, rightLimit, [&](int width) {
+    return Unwrapped(dc, Shown(BreakLinkCaption(dc, caption, width)));
+  });
+}
+
+// Buttons draw only one line unless told otherwise.
+void AllowMoreLines(HWND control) {
+  if (_wcsicmp(ClassOf(control).c_str(), L"Button") != 0) return;
+  LONG style = GetWindowLongW(control, GWL_STYLE);
+  SetWindowLongW(control, GWL_STYLE, style | BS_MULTILINE);
+}
+
+void GrowPopupTo(HWND dialog, int clientHeight) {
+  if ((GetWindowLongW(dialog, GWL_STYLE) & WS_CHILD) != 0) return;
+  RECT client{};
+  GetClientRect(dialog, &client);
+  int grow = clientHeight - client.bottom;
+  if (grow <= 0) return;
+  RECT frame{};
+  GetWindowRect(dialog, &frame);
+  SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top + grow,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 }  // namespace
 
-void FitDialogToTexts(HWND dialog) {
+int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
   RECT client{};
   GetClientRect(dialog, &client);
-  RECT margin{0, 0, 7, 0};
+  RECT margin{0, 0, 7, 7};
   MapDialogRect(dialog, &margin);
   int rightLimit = client.right - margin.right;
 
@@ -149,21 +225,36 @@ void FitDialogToTexts(HWND dialog) {
   std::vector<Measured> measured;
   for (HWND control = GetWindow(dialog, GW_CHILD); control != nullptr;
        control = GetWindow(control, GW_HWNDNEXT)) {
-    measured.push_back({control, Measure(dialog, control, dc, rightLimit)});
+    // Hidden controls take no room.
+    if ((GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) == 0) continue;
+    Measured entry{control, Measure(dialog, control, dc, rightLimit)};
+    int id = GetDlgCtrlID(control);
+    for (int blockId : bottomBlockIds) entry.layout.bottomBlock |= id == blockId;
+    measured.push_back(entry);
   }
   std::vector<LayoutControl> controls;
   for (const Measured& entry : measured) controls.push_back(entry.layout);
-  std::vector<LayoutRect> planned = PlanLayout(controls, client.right, margin.right);
+  LayoutPlan plan = PlanLayout(controls, client.right, client.bottom, margin.bottom);
   for (size_t index = 0; index < measured.size(); ++index) {
-    if (planned[index] == controls[index].rect) continue;
-    const LayoutRect& rect = planned[index];
+    const LayoutRect& rect = plan.rects[index];
     HWND control = measured[index].control;
-    MoveWindow(control, rect.left, rect.top, rect.width(), rect.height(), TRUE);
-    if (controls[index].neededHeight > 0 && _wcsicmp(ClassOf(control).c_str(), WC_LINK) == 0) {
-      std::wstring caption = BreakLinkCaption(dc, TextOf(control), rect.width() - 2);
-      SetWindowTextW(control, caption.c_str());
+    if (controls[index].rightAligned) {
+      // Wine drops the last character of some right-aligned texts ("ActiveX Version:" loses its
+      // colon); a left-aligned label exactly as wide as its text looks the same and shows it.
+      LONG style = GetWindowLongW(control, GWL_STYLE);
+      SetWindowLongW(control, GWL_STYLE, (style & ~SS_TYPEMASK) | SS_LEFT);
     }
+    if (_wcsicmp(ClassOf(control).c_str(), WC_LINK) == 0) {
+      std::wstring caption = TextOf(control);
+      std::wstring broken = BreakLinkCaption(dc, caption, rect.width() - 2);
+      if (broken != caption) SetWindowTextW(control, broken.c_str());
+    }
+    if (rect == controls[index].rect) continue;
+    if (rect.height() > controls[index].rect.height()) AllowMoreLines(control);
+    MoveWindow(control, rect.left, rect.top, rect.width(), rect.height(), TRUE);
   }
   if (previous != nullptr) SelectObject(dc, previous);
   ReleaseDC(dialog, dc);
+  GrowPopupTo(dialog, plan.clientHeight);
+  return plan.clientHeight;
 }

@@ -2,7 +2,12 @@
 
 #include <windows.h>
 
-// Measures every text of the dialog with the dialog's font and fits the controls to them (see
-// layout_plan.h). Right-to-left dialogs are mirrored by the window manager itself
-// (WS_EX_LAYOUTRTL); the positions here are in the dialog's own logical coordinates.
-void FitDialogToTexts(HWND dialog);
+#include <initializer_list>
+
+// Measures every visible text of the dialog with the dialog's font and fits the controls to
+// them (see layout_plan.h): call it once the texts are set. The controls named in
+// bottomBlockIds form the block at the bottom of a page. A modal dialog grows to what its texts
+// need; the result is the client height they need, for a page to ask its sheet for.
+// Right-to-left dialogs are mirrored by the window manager itself (WS_EX_LAYOUTRTL); the
+// positions here are in the dialog's own logical coordinates.
+int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds = {});

@@ -25,20 +25,31 @@ enum class LayoutKind {
 struct LayoutControl {
   LayoutKind kind = LayoutKind::kFixed;
   LayoutRect rect;
-  int neededWidth = 0;  // kOneLine: width of the text plus the control's own decoration
-  // kWrapping: height of the text wrapped at the control's width. kOneLine controls that can
-  // wrap (labels, links): the height wrapped at the widest width they may have, used when even
-  // that width is too narrow for one line.
+  // kOneLine: width of the text plus the control's own decoration; kWrapping: the width of its
+  // longest word when that is wider than the control, else 0.
+  int neededWidth = 0;
+  // kWrapping: height of the text wrapped at the control's width. kOneLine: the height of the
+  // text on one line, or wrapped at the widest width the control may have when even that is
+  // too narrow for one line; 0 for controls that keep their height.
   int neededHeight = 0;
+  // Right-aligned labels of one column (same left and right edge) make room for the widest of
+  // them, so that the values beside them stay aligned; each ends up as wide as its own text.
+  bool rightAligned = false;
+  // Part of the block at the bottom of a page: it stays where it is while the controls above
+  // still leave room, and moves down as a whole when they do not.
+  bool bottomBlock = false;
 };
 
-// Widens one-line controls whose text does not fit (up to the right margin), lets the rules
-// beside a widened heading give way and moves other controls beside it right by the same amount,
-// grows wrapping labels (and one-line texts still too long at the margin) downwards and moves
-// everything below them down by the same amount.
-// Returns the new rectangles in the order of the input.
-std::vector<LayoutRect> PlanLayout(const std::vector<LayoutControl>& controls, int clientWidth,
-                                   int margin);
+struct LayoutPlan {
+  std::vector<LayoutRect> rects;  // in the order of the input
+  int clientHeight = 0;           // at least the given one; more when the texts need it
+};
 
-// The same rectangle mirrored in a client area of the given width (right-to-left layouts).
-LayoutRect MirrorRect(const LayoutRect& rect, int clientWidth);
+// Clears the overlaps of headings with their rules and of labels with the control below them,
+// widens one-line controls whose text does not fit (up to the right margin; a control that
+// ends at the margin widens to the left), lets the rules beside a widened heading give way and
+// moves other controls beside it by the same amount, grows wrapping labels (and one-line texts
+// still too long at the margin) downwards and moves everything below them down by the same
+// amount, then keeps the bottom block below the last control.
+LayoutPlan PlanLayout(const std::vector<LayoutControl>& controls, int clientWidth, int clientHeight,
+                      int margin);

@@ -4,14 +4,15 @@
 #include <vector>
 
 #include "admincfg/parse_bool.h"
-#include "pages/global_values.h"
+#include "settings/site_permissions.h"
 
 int CameraMicIndexForAlways(std::optional<bool> defaultalways) {
   return defaultalways.value_or(false) ? kCameraMicBlock : kCameraMicAsk;
 }
 
 int ReadCameraMicIndex(SMSettingsManager& settings) {
-  return CameraMicIndexForAlways(GlobalBoolean(settings, "defaultalways"));
+  return CameraMicIndexForAlways(
+      settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), "defaultalways"));
 }
 
 bool IsCameraMicLockedByAdministrator(const SMAdminConfig& adminConfig) {
@@ -24,17 +25,13 @@ int ApplyCameraMicChoice(SMSettingsManager& settings, int chosenIndex) {
                          SettingValue::Boolean("defaultalways", block))) {
     return chosenIndex;
   }
-  std::vector<std::string> sites;
-  if (const SettingArray* known = settings.GetKnownSites()) {
-    for (const SettingValue& site : *known) sites.push_back(site.name());
-  }
-  // A site that cannot be written keeps its old answers; the others are still changed.
-  for (const std::string& site : sites) {
+  // No site keeps a permission: each becomes a remembered denial or asks again. A site that
+  // cannot be written keeps its old answers; the others are still changed.
+  const SiteChoice siteChoice = block ? kChoiceBlock : kChoiceAsk;
+  for (const std::string& site : KnownSiteNames(settings)) {
     if (site.empty()) continue;
-    settings.SetValue(site, SettingValue::Boolean("always", block));
-    settings.SetValue(site, SettingValue::Boolean("allow", false));
-    settings.SetValue(site, SettingValue::Boolean("alwayssecure", block));
-    settings.SetValue(site, SettingValue::Boolean("allowsecure", false));
+    WriteSiteChoice(settings, site, SitePermission::kCameraOther, siteChoice);
+    WriteSiteChoice(settings, site, SitePermission::kCameraSecure, siteChoice);
   }
   return chosenIndex;
 }

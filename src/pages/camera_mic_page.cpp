@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "dialogs/site_list_dialog.h"
 #include "pages/camera_mic_logic.h"
 #include "pages/camera_mic_page_ids.h"
 
@@ -23,6 +24,13 @@ void CameraMicPage::RefreshFromSettings() {
 }
 
 bool CameraMicPage::OnButtonClicked(int controlId) {
+  if (controlId == IDC_CAMERA_MIC_BY_SITE) {
+    CameraMicBySiteDialog dialog(objects_.system, objects_.strings, objects_.settings,
+                                 IsRightToLeftUser(objects_.system));
+    dialog.Run();
+    RefreshFromSettings();
+    return true;
+  }
   if (controlId != IDC_CAMERA_MIC_ASK && controlId != IDC_CAMERA_MIC_BLOCK) {
     return SettingsPage::OnButtonClicked(controlId);
   }

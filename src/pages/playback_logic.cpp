@@ -1,14 +1,13 @@
 #include "pages/playback_logic.h"
 
-#include "pages/global_values.h"
-
 PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
   int index = disallowP2PUplink.value_or(false) ? kPlaybackBlock : kPlaybackAsk;
   return PlaybackView{index, index != kPlaybackBlock};
 }
 
 PlaybackView ReadPlaybackView(SMSettingsManager& settings) {
-  return PlaybackViewForUplink(GlobalBoolean(settings, "disallowP2PUplink"));
+  return PlaybackViewForUplink(
+      settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), "disallowP2PUplink"));
 }
 
 int ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex) {

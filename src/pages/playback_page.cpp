@@ -1,5 +1,6 @@
 #include "pages/playback_page.h"
 
+#include "dialogs/site_list_dialog.h"
 #include "pages/playback_logic.h"
 #include "pages/playback_page_ids.h"
 
@@ -24,6 +25,13 @@ void PlaybackPage::RefreshFromSettings() {
 }
 
 bool PlaybackPage::OnButtonClicked(int controlId) {
+  if (controlId == IDC_P2P_BY_SITE) {
+    PeerNetworkingBySiteDialog dialog(objects_.system, objects_.strings, objects_.settings,
+                                      IsRightToLeftUser(objects_.system));
+    dialog.Run();
+    RefreshFromSettings();
+    return true;
+  }
   if (controlId != IDC_P2P_ASK && controlId != IDC_P2P_BLOCK) {
     return SettingsPage::OnButtonClicked(controlId);
   }

@@ -4,11 +4,15 @@
 
 #include "app/user_prompts.h"
 #include "settings/settings_manager.h"
+#include "settings/site_permissions.h"
 
 // The Storage page's radio group: 0 Allow, 1 Ask, 2 Block.
 enum StorageChoice : int { kStorageAllow = 0, kStorageAsk = 1, kStorageBlock = 2 };
 
-// "defaultklimit" as the page shows it: absent or any value other than 0 and -1 is Allow.
+// The radios stand for the per-site storage choices in their own order; "defaultklimit" means
+// what a site's limit means (absent or any value other than 0 and -1 is Allow).
+SiteChoice ChoiceForStorageRadio(int index);
+int StorageRadioForChoice(SiteChoice choice);
 int StorageIndexForLimit(std::optional<double> defaultklimit);
 int ReadStorageIndex(SMSettingsManager& settings);
 

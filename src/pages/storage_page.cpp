@@ -1,6 +1,7 @@
 #include "pages/storage_page.h"
 
 #include "dialogs/clear_data_dialog.h"
+#include "dialogs/site_list_dialog.h"
 #include "pages/storage_logic.h"
 #include "pages/storage_page_ids.h"
 
@@ -36,6 +37,13 @@ bool StoragePage::OnButtonClicked(int controlId) {
       index_ =
           ApplyStorageChoice(objects_.settings, *this, previous, ReadRadioGroup(IDC_STORAGE_ALLOW));
       WriteRadioGroup(IDC_STORAGE_ALLOW, index_);
+      return true;
+    }
+    case IDC_STORAGE_BY_SITE: {
+      StorageBySiteDialog dialog(objects_.system, objects_.strings, objects_.settings,
+                                 IsRightToLeftUser(objects_.system));
+      dialog.Run();
+      RefreshFromSettings();
       return true;
     }
     case IDC_STORAGE_DELETE_ALL:

@@ -51,6 +51,8 @@ void UpdatesPage::SetTexts() {
     SetControlText(id, 102002);
   }
   SendMessageW(GetDlgItem(window_, IDC_UPDATES_CHANGE), BCM_SETSHIELD, 0, 1);
+  // The versions and the hidden lines are known before the layout fits the page.
+  ShowPlayersAndState();
 }
 
 void UpdatesPage::RefreshFromSettings() {
@@ -81,7 +83,7 @@ bool UpdatesPage::OnButtonClicked(int controlId) {
   }
 }
 
-void UpdatesPage::AfterInit() {
+void UpdatesPage::ShowPlayersAndState() {
   UpdatesView view = ComputeUpdatesView(GatherUpdatesFacts(objects_.system, objects_.adminConfig));
   SetVersion(window_, IDC_ACTIVEX_VERSION, view.activeXVersion);
   SetVersion(window_, IDC_NPAPI_VERSION, view.npapiVersion);

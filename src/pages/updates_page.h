@@ -10,10 +10,12 @@ class UpdatesPage : public SettingsPage {
 
  protected:
   void SetTexts() override;
-  void AfterInit() override;
   bool OnButtonClicked(int controlId) override;
 
  private:
+  // The installed versions, the lines that do not apply, and what the user may change.
+  void ShowPlayersAndState();
+
   // The mode the administrator file holds; -1 while no radio is checked.
   int mode_ = 1;
 };

@@ -64,6 +64,9 @@ class SMSystem {
   virtual std::string SystemWow64Directory() = 0;
   // The native system folder (GetSystemDirectory); empty when it cannot be had.
   virtual std::string SystemDirectory() = 0;
+  // The key by which the system's list views order a text in the user's locale: comparing two
+  // keys byte by byte orders the texts as a sorted list view does. Elsewhere the text itself.
+  virtual std::string DisplaySortKey(const std::string& text) { return text; }
 };
 
 // Reads a 32-bit registry number the way the player's probes do: a zeroed 4-byte buffer,

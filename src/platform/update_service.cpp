@@ -1,10 +1,8 @@
 #include "platform/update_service.h"
 
-#include <cstdio>
 #include <optional>
 
 #include "admincfg/parse_bool.h"
-#include "platform/file_io.h"
 #include "platform/installed_players.h"
 
 namespace {
@@ -65,17 +63,6 @@ std::optional<ModeActions> ActionsFor(int mode) {
   }
 }
 
-bool WriteAdminConfig(const SMAdminConfig& adminConfig) {
-  if (adminConfig.path().empty()) return false;
-  std::FILE* file = OpenFileUtf8(adminConfig.path(), "w");
-  if (file == nullptr) return false;
-  std::fseek(file, 0, SEEK_SET);
-  adminConfig.Write(file);
-  bool failed = std::ferror(file) != 0;
-  failed = std::fclose(file) != 0 || failed;
-  return !failed;
-}
-
 }  // namespace
 
 void RelaunchElevated(SMSystem& system) {
@@ -124,7 +111,7 @@ bool ApplyUpdateMode(SMSystem& system, SMAdminConfig* adminConfig, int mode) {
   if (adminConfig == nullptr) return false;
   adminConfig->SetValue(kSilentKey, actions->silentValue);
   adminConfig->SetValue(kDisableKey, actions->disableValue);
-  bool written = WriteAdminConfig(*adminConfig);
+  bool written = adminConfig->WriteToFile();
   // Whatever happened, the object shows what the file now holds.
   adminConfig->Load();
   return written;

@@ -84,3 +84,25 @@ bool IdenticalValues(const SettingValue& a, const SettingValue& b) {
       return true;  // an unknown type has no payload
   }
 }
+
+template <>
+std::optional<double> ValueAs<double>(const SettingValue* value) {
+  if (value == nullptr || value->type() != kSettingNumber) return std::nullopt;
+  return value->number();
+}
+
+template <>
+std::optional<bool> ValueAs<bool>(const SettingValue* value) {
+  if (value == nullptr || value->type() != kSettingBoolean) return std::nullopt;
+  return value->boolean();
+}
+
+template <>
+std::optional<std::string> ValueAs<std::string>(const SettingValue* value) {
+  if (value == nullptr || value->type() != kSettingString) return std::nullopt;
+  return value->text();
+}
+
+const SettingArray* ArrayOf(const SettingValue* value) {
+  return value != nullptr && value->type() == kSettingArray ? &value->array() : nullptr;
+}

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -71,3 +72,16 @@ class SettingArray {
 // True when both values have the same name, type and payload (numbers compared bit for bit,
 // arrays element by element).
 bool IdenticalValues(const SettingValue& a, const SettingValue& b);
+
+// The payload of a value that is present with the type T (double, bool or std::string);
+// nothing when the value is missing or of another type.
+template <typename T>
+std::optional<T> ValueAs(const SettingValue* value);
+template <>
+std::optional<double> ValueAs<double>(const SettingValue* value);
+template <>
+std::optional<bool> ValueAs<bool>(const SettingValue* value);
+template <>
+std::optional<std::string> ValueAs<std::string>(const SettingValue* value);
+// The elements of a value that is present as an array, or nullptr.
+const SettingArray* ArrayOf(const SettingValue* value);

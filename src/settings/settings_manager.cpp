@@ -7,11 +7,11 @@
 #include "settings/settings_reader.h"
 #include "settings/settings_writer.h"
 #include "settings/site_name.h"
+#include "settings/site_permissions.h"
 
 namespace {
 
 constexpr const char* kSettingsFileName = "settings.sol";
-constexpr const char* kDomainsKey = "domains";
 constexpr size_t kReadBlockSize = 65536;
 
 void Log(const char* message) {
@@ -130,8 +130,8 @@ bool SMSettingsManager::LoadMasterSettings() {
   cache_[MasterDomain()] = std::move(master);
   if (isNew) WriteSettingsFile(MasterDomain());
   EnsureGlobalDefaults();
-  if (!GetSettingsTable(MasterDomain())->Contains(kDomainsKey)) {
-    SetValue(MasterDomain(), SettingValue::Array(kDomainsKey, SettingArray()));
+  if (!GetSettingsTable(MasterDomain())->Contains(kKnownSitesKey)) {
+    SetValue(MasterDomain(), SettingValue::Array(kKnownSitesKey, SettingArray()));
   }
   PruneKnownSites();
   return true;

@@ -32,6 +32,11 @@ class SMSettingsManager {
   // The cached table of a domain; an absent or unreadable file is replaced by an empty one.
   SettingsTable* GetSettingsTable(const std::string& domain);
   const SettingValue* GetValue(const std::string& domain, const std::string& name);
+  // The value's payload when it is present with the type T (see ValueAs), else nothing.
+  template <typename T>
+  std::optional<T> GetValueAs(const std::string& domain, const std::string& name) {
+    return ValueAs<T>(GetValue(domain, name));
+  }
   std::vector<std::string> GetNames(const std::string& domain);
   // Inserts or replaces the value and writes the domain's file; the write's result.
   bool SetValue(const std::string& domain, const SettingValue& value);

@@ -2,22 +2,15 @@
 
 #include "settings/settings_manager.h"
 #include "settings/site_name.h"
-
-namespace {
-
-constexpr const char* kDomainsKey = "domains";
-
-}  // namespace
+#include "settings/site_permissions.h"
 
 const SMSettingsManager::SiteDefaults& SMSettingsManager::SiteDefaultsOfThisRun() {
   // Read at the first site creation of a run and kept: a later change of the global defaults
   // does not reach sites created afterwards in the same run, as with the player.
   if (!siteDefaults_) {
     SiteDefaults defaults;
-    const SettingValue* always = GetValue(MasterDomain(), "defaultalways");
-    if (always && always->type() == kSettingBoolean) defaults.defaultAlways = always->boolean();
-    const SettingValue* limit = GetValue(MasterDomain(), "defaultklimit");
-    if (limit && limit->type() == kSettingNumber) defaults.defaultKLimit = limit->number();
+    defaults.defaultAlways = GetValueAs<bool>(MasterDomain(), "defaultalways").value_or(false);
+    defaults.defaultKLimit = GetValueAs<double>(MasterDomain(), "defaultklimit").value_or(100);
     siteDefaults_ = defaults;
   }
   return *siteDefaults_;
@@ -31,7 +24,7 @@ bool SMSettingsManager::EnsureSiteDefaults(const std::string& site) {
       SettingValue::Boolean("always", defaults.defaultAlways),
       SettingValue::Boolean("allowsecure", false),
       SettingValue::Boolean("alwayssecure", defaults.defaultAlways),
-      SettingValue::Number("klimit", defaults.defaultKLimit),
+      SettingValue::Number(kStorageLimitKey, defaults.defaultKLimit),
       SettingValue::Boolean("p2pallow", false),
       SettingValue::Boolean("p2palways", false),
   };
@@ -42,14 +35,12 @@ bool SMSettingsManager::EnsureSiteDefaults(const std::string& site) {
 }
 
 const SettingArray* SMSettingsManager::GetKnownSites() {
-  if (!GetSettingsTable(MasterDomain())->Contains(kDomainsKey)) LoadMasterSettings();
-  const SettingValue* domains = GetValue(MasterDomain(), kDomainsKey);
-  if (domains == nullptr || domains->type() != kSettingArray) return nullptr;
-  return &domains->array();
+  if (!GetSettingsTable(MasterDomain())->Contains(kKnownSitesKey)) LoadMasterSettings();
+  return ArrayOf(GetValue(MasterDomain(), kKnownSitesKey));
 }
 
 bool SMSettingsManager::StoreKnownSites(const SettingArray& sites) {
-  return SetValue(MasterDomain(), SettingValue::Array(kDomainsKey, sites));
+  return SetValue(MasterDomain(), SettingValue::Array(kKnownSitesKey, sites));
 }
 
 bool SMSettingsManager::AddSite(const std::string& site) {
@@ -137,7 +128,7 @@ bool SMSettingsManager::RemoveAllSites(bool includeSettings) {
 }
 
 void SMSettingsManager::PruneKnownSites() {
-  SettingValue* domains = GetSettingsTable(MasterDomain())->Find(kDomainsKey);
+  SettingValue* domains = GetSettingsTable(MasterDomain())->Find(kKnownSitesKey);
   if (domains == nullptr || domains->type() != kSettingArray) return;
   SettingArray& sites = domains->array();
   for (size_t index = sites.size(); index-- > 0;) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "app/common_controls.h"
-
 namespace {
 
 TEST(PageTextTest, WrapLinkMakesTheWholeTextOneLink) {
@@ -32,11 +30,6 @@ TEST(PageTextTest, AppendParagraphJoinsWithABlankLineAndIgnoresAMissingText) {
 TEST(PageTextTest, ConfirmationFlagsAddRightToLeftReadingOnlyForMirroredLanguages) {
   EXPECT_EQ(ConfirmBoxFlags(false), 0x131u);  // OK/Cancel, warning, Cancel default
   EXPECT_EQ(ConfirmBoxFlags(true), 0x180131u);
-}
-
-TEST(CommonControlsTest, TheProgramRegistersLinksListsTabsAndStandardControls) {
-  // ICC_LINK_CLASS, ICC_LISTVIEW_CLASSES, ICC_TAB_CLASSES, ICC_STANDARD_CLASSES.
-  EXPECT_EQ(kCommonControlClasses, 0x8000u | 0x1u | 0x8u | 0x4000u);
 }
 
 }  // namespace

@@ -1,36 +1,22 @@
 // dump and encode, run as a separate process on files made here byte by byte.
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "cli_harness.h"
 #include "input_properties.h"
+#include "support/settings_bytes.h"
 
 namespace {
 
 using nlohmann::json;
 
-std::string U16(size_t value) {
-  return {static_cast<char>(value >> 8), static_cast<char>(value & 0xFF)};
-}
-std::string PString(const std::string& text) {
-  return U16(text.size()) + text;
-}
-std::string Double(double number) {
-  uint64_t bits = std::bit_cast<uint64_t>(number);
-  std::string bytes;
-  for (int shift = 56; shift >= 0; shift -= 8) bytes.push_back(static_cast<char>(bits >> shift));
-  return bytes;
-}
+using namespace settings_bytes;
 
 // A settings.sol stream put together by hand, pairs in the order given.
 std::string Stream(const std::string& objectName, const std::string& pairs) {
-  std::string body =
-      std::string("TCSO\0\x04\0\0\0\0", 10) + PString(objectName) + std::string(4, '\0') + pairs;
-  if (body.size() < 63) return std::string(1, '\0') + static_cast<char>(0x80 + body.size()) + body;
-  return std::string("\0\xBF", 2) + U16(body.size() >> 16) + U16(body.size() & 0xFFFF) + body;
+  return settings_bytes::Stream(Body(objectName, pairs));
 }
 
 // Names whose buckets (byte sums modulo 16) are 1, 2, 3, 4: the table keeps this order.

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli_harness.h"
+#include "l10n/string_data.h"
 
 namespace {
 
@@ -43,42 +44,24 @@ TEST_F(Cli, PathsNameEveryLocation) {
   EXPECT_EQ(paths["data-root"], PathToUtf8(cli_.DataRoot()));
   EXPECT_EQ(paths["settings-folder"], PathToUtf8(cli_.SettingsFolder()));
   EXPECT_EQ(paths["master-file"], PathToUtf8(cli_.MasterFile()));
-  EXPECT_EQ(paths["stored-data-folder"], PathToUtf8(cli_.DataRoot() / "#SharedObjects"));
-  EXPECT_EQ(paths["asset-cache"], PathToUtf8(cli_.folder().path() / "Roaming" / "Brinmor" /
-                                             "Vantrel Player" / "AssetCache"));
-  EXPECT_EQ(paths["vx-cache"], PathToUtf8(cli_.folder().path() / "Roaming" / "Brinmor" /
-                                          "Vantrel Player" / "VXCache"));
-  EXPECT_EQ(paths["private-data-folder"], PathToUtf8(cli_.folder().path() / "Roaming" / "Brinmor" /
-                                                     "Vantrel Player" / "KPSPrivateData2"));
+  // The other folders' names are the platform tests' table; here they only have to be listed.
+  for (const char* key : {"stored-data-folder", "asset-cache", "vx-cache", "private-data-folder"}) {
+    EXPECT_EQ(paths[key].get<std::string>().rfind(roaming, 0), 0u) << key;
+  }
   EXPECT_EQ(paths["admin-file"], PathToUtf8(cli_.AdminFile()));
 
-  WriteFileBytes(cli_.AdminFile(), "EnableLocalAppData=1\n");
-  ProcessResult text = cli_.Run({"paths"});
-  EXPECT_NE(Lines(text.out).find("data-root\t" + cli_.folder().Utf8("Local") +
-                                 (std::string(1, std::filesystem::path::preferred_separator) == "/"
-                                      ? "/Tessaline/Vantrel Player\n"
-                                      : "\\Tessaline\\Vantrel Player\n")),
-            std::string::npos)
-      << text.out;
+  // As text: one name and its path a line.
+  EXPECT_NE(Lines(cli_.Run({"paths"}).out).find("data-root\t" + PathToUtf8(cli_.DataRoot()) + "\n"),
+            std::string::npos);
 }
 
 TEST_F(Cli, ShowWritesDefaultsOnFirstRunAndSetChangesOneKey) {
   ProcessResult shown = cli_.Run({"show"});
   ASSERT_EQ(shown.exitCode, 0) << shown.err;
-  // Table order: decided by the byte sums of the names, not by the order of the defaults.
-  EXPECT_EQ(Lines(shown.out),
-            "autoUpdateInterval\tnumber\t14\n"
-            "crossdomainAllow\tboolean\tfalse\n"
-            "crossdomainAlways\tboolean\ttrue\n"
-            "autoUpdateDisabled\tboolean\tfalse\n"
-            "disallowP2PUplink\tboolean\tfalse\n"
-            "defaultalways\tboolean\tfalse\n"
-            "secureCrossDomainCacheSize\tnumber\t-1\n"
-            "allowThirdPartyLSOAccess\tboolean\ttrue\n"
-            "domains\tarray\t[]\n"
-            "trustedPaths\tarray\t[]\n"
-            "defaultklimit\tnumber\t100\n")
-      << "if only the order differs, check the table's bucket order";
+  // The defaults in the file's own table order (the settings tests pin the bytes).
+  const std::string lines = Lines(shown.out);
+  EXPECT_EQ(lines.rfind("autoUpdateInterval\tnumber\t14\n", 0), 0u) << lines;
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 11) << lines;
   EXPECT_TRUE(std::filesystem::exists(cli_.MasterFile()));
 
   const std::string before = ReadFileBytes(cli_.MasterFile());
@@ -198,7 +181,7 @@ TEST_F(Cli, StringsAndAdminFile) {
   ProcessResult german = cli_.RunBare({"strings", "--lang", "0x0407"});
   ASSERT_EQ(german.exitCode, 0) << german.err;
   std::string lines = Lines(german.out);
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 189);
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), kStringCount);
   EXPECT_EQ(lines.rfind("11000\t", 0), 0u);
   EXPECT_NE(lines.find("\n11001\tAbbrechen\n"), std::string::npos);
   ProcessResult english = cli_.RunBare({"strings", "--lang", "0x0409"});

@@ -2,14 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "dialogs/clear_data_logic.h"
-#include "dialogs/site_choice.h"
 #include "dialogs/storage_size.h"
 #include "dialogs/trusted_locations_logic.h"
 #include "l10n/string_table.h"
 #include "platform/private_data_folder.h"
 #include "settings/settings_manager.h"
+#include "settings/site_permissions.h"
 #include "support/locking_platform.h"
-#include "support/recording_prompts.h"
+#include "support/scripted_prompts.h"
 #include "support/test_profile.h"
 
 namespace fs = std::filesystem;
@@ -92,8 +92,8 @@ TEST(SiteChoice, ReadingBackIsLopsided) {
   };
   for (const Case& c : cases) {
     for (const SettingValue& value : c.stored) ASSERT_TRUE(settings.SetValue(c.site, value));
-    EXPECT_EQ(ReadPairChoice(settings, c.site, kPeerNetworkingKeys), c.pair) << c.site;
-    EXPECT_EQ(ReadStorageChoice(settings, c.site), c.storage) << c.site;
+    EXPECT_EQ(ReadSiteChoice(settings, c.site, SitePermission::kPeerNetworking), c.pair) << c.site;
+    EXPECT_EQ(ReadSiteChoice(settings, c.site, SitePermission::kStorage), c.storage) << c.site;
   }
 }
 
@@ -108,14 +108,14 @@ TEST(SiteChoice, WritingStoresTheChoicesValues) {
   };
   for (const Case& c : {Case{kChoiceAsk, false, false, 0}, Case{kChoiceAllow, true, true, 100},
                         Case{kChoiceBlock, true, false, -1}}) {
-    ASSERT_TRUE(WritePairChoice(settings, "site.example", kCameraSecureKeys, c.choice));
-    ASSERT_TRUE(WriteStorageChoice(settings, "site.example", c.choice));
+    ASSERT_TRUE(WriteSiteChoice(settings, "site.example", SitePermission::kCameraSecure, c.choice));
+    ASSERT_TRUE(WriteSiteChoice(settings, "site.example", SitePermission::kStorage, c.choice));
     // Read back from the file, not the cache.
     SMSettingsManager reread(*profile.platform);
     EXPECT_EQ(reread.GetValue("site.example", "alwayssecure")->boolean(), c.always);
     EXPECT_EQ(reread.GetValue("site.example", "allowsecure")->boolean(), c.allow);
     EXPECT_EQ(reread.GetValue("site.example", "klimit")->number(), c.limit);
-    EXPECT_EQ(ReadPairChoice(reread, "site.example", kCameraSecureKeys), c.choice);
+    EXPECT_EQ(ReadSiteChoice(reread, "site.example", SitePermission::kCameraSecure), c.choice);
   }
 }
 
@@ -173,7 +173,7 @@ TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
     platform.locked = locked[c.lock];
 
     SMPrivateDataFolder licences(platform.PrivateDataFolder(), &platform);
-    RecordingPrompts prompts;
+    ScriptedPrompts prompts;
     ClearAllData(settings, platform, licences, prompts,
                  RequestFromCheckStates(c.siteDataState, c.licenceState));
 

@@ -5,7 +5,7 @@
 
 #include "platform/private_data_folder.h"
 #include "support/locking_platform.h"
-#include "support/recording_prompts.h"
+#include "support/scripted_prompts.h"
 #include "support/test_profile.h"
 
 namespace fs = std::filesystem;
@@ -30,10 +30,10 @@ TEST(Deauthorize, DeletesLicencesOnlyAfterOkAndReportsWhatIsLeft) {
     WriteFileBytes(licenceFile, "licence");
     if (c.locked) platform.locked = PathToUtf8(licenceFile);
     SMPrivateDataFolder licences(platform.PrivateDataFolder(), &platform);
-    RecordingPrompts prompts(c.confirm);
+    ScriptedPrompts prompts({c.confirm});
 
     EXPECT_EQ(DeauthorizeComputer(prompts, licences), c.outcome);
-    EXPECT_EQ(prompts.confirmations, (std::vector<std::vector<uint32_t>>{{41105, 41106, 41104}}));
+    EXPECT_EQ(prompts.asked, (std::vector<std::vector<uint32_t>>{{41105, 41106, 41104}}));
     EXPECT_EQ(prompts.errors, c.errors);
     EXPECT_EQ(!fs::exists(licenceFile), c.licencesGone);
   }

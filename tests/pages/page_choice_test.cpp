@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "app/user_prompts.h"
 #include "pages/camera_mic_logic.h"
 #include "pages/playback_logic.h"
 #include "pages/storage_logic.h"
@@ -15,6 +14,7 @@
 #include "platform/update_service.h"
 #include "settings/settings_manager.h"
 #include "settings/settings_reader.h"
+#include "support/scripted_prompts.h"
 #include "support/test_profile.h"
 
 namespace fs = std::filesystem;
@@ -22,26 +22,6 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string kMaster = SMSettingsManager::MasterDomain();
-
-// Answers confirmations from a script and records what was asked.
-class ScriptedPrompts : public SMUserPrompts {
- public:
-  explicit ScriptedPrompts(std::vector<bool> answers = {}) : answers_(std::move(answers)) {}
-  bool ConfirmBox(uint32_t textId1, uint32_t textId2, uint32_t captionId) override {
-    asked.push_back({textId1, textId2, captionId});
-    if (asked.size() > answers_.size()) {
-      ADD_FAILURE() << "unexpected confirmation";
-      return false;
-    }
-    return answers_[asked.size() - 1];
-  }
-  void ErrorBox(uint32_t, uint32_t) override { ADD_FAILURE() << "unexpected error box"; }
-
-  std::vector<std::vector<uint32_t>> asked;
-
- private:
-  std::vector<bool> answers_;
-};
 
 // A profile whose master file lists the given sites, each with its settings file.
 struct SitesProfile : TestProfile {
@@ -57,19 +37,10 @@ struct SitesProfile : TestProfile {
     return tables_.back() ? tables_.back()->Find(name) : nullptr;
   }
   std::optional<double> Number(const std::string& domain, const std::string& name) {
-    const SettingValue* value = Stored(domain, name);
-    if (value == nullptr || value->type() != kSettingNumber) return std::nullopt;
-    return value->number();
+    return ValueAs<double>(Stored(domain, name));
   }
   std::optional<bool> Boolean(const std::string& domain, const std::string& name) {
-    const SettingValue* value = Stored(domain, name);
-    if (value == nullptr || value->type() != kSettingBoolean) return std::nullopt;
-    return value->boolean();
-  }
-  // Makes every later write of a settings file fail: the settings folder becomes a file.
-  void BreakSettingsFolder() {
-    fs::remove_all(SettingsFolder());
-    WriteFileBytes(SettingsFolder(), "not a folder");
+    return ValueAs<bool>(Stored(domain, name));
   }
   fs::path StoredSiteData() const { return SharedObjects() / "QX7T2" / "a.com" / "game.sol"; }
 
@@ -136,19 +107,6 @@ TEST(StorageChoiceTest, CancelledBlockChangesNothing) {
   EXPECT_EQ(ReadFileBytes(profile.StoredSiteData()), "progress");
 }
 
-TEST(StorageChoiceTest, FailedMasterWriteKeepsThePreviousChoiceAndDeletesNothing) {
-  SitesProfile profile(kThreeSites);
-  WriteFileBytes(profile.StoredSiteData(), "progress");
-  SMSettingsManager settings(*profile.platform);
-  ASSERT_NE(settings.GetKnownSites(), nullptr);  // loaded before the folder breaks
-  profile.BreakSettingsFolder();
-  ScriptedPrompts prompts({true});
-
-  EXPECT_EQ(ApplyStorageChoice(settings, prompts, kStorageAllow, kStorageBlock), kStorageAllow);
-  EXPECT_EQ(ReadFileBytes(profile.StoredSiteData()), "progress");
-  EXPECT_EQ(ReadFileBytes(profile.SettingsFolder()), "not a folder");
-}
-
 TEST(StorageChoiceTest, FailedSiteWriteStillVisitsEverySite) {
   SitesProfile profile({"a.com", "b.org"});
   // A listed name that cannot be a folder of its own, between two good sites. (The next run
@@ -204,20 +162,42 @@ TEST(CameraMicChoiceTest, BlockThenAskForcesEveryListedSite) {
   }
 }
 
-TEST(CameraMicChoiceTest, FailedMasterWriteKeepsTheChoiceAndTouchesNoSite) {
-  SitesProfile profile({"a.com"});
-  const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
-  SMSettingsManager settings(*profile.platform);
-  ASSERT_NE(settings.GetKnownSites(), nullptr);
-  const fs::path moved = profile.temp.path() / "moved";
-  fs::rename(profile.SettingsFolder(), moved);
-  WriteFileBytes(profile.SettingsFolder(), "not a folder");
+// A master file that cannot be written: Storage and Playback keep showing the previous choice,
+// Camera and Mic the new one; none of them touches a site's file or its stored data.
+TEST(PageChoiceTest, FailedMasterWriteTouchesNoSite) {
+  using Apply = int (*)(SMSettingsManager&, SMUserPrompts&);
+  const std::pair<Apply, int> cases[] = {
+      {[](SMSettingsManager& settings, SMUserPrompts& prompts) {
+         return ApplyStorageChoice(settings, prompts, kStorageAllow, kStorageBlock);
+       },
+       kStorageAllow},
+      {[](SMSettingsManager& settings, SMUserPrompts&) {
+         return ApplyCameraMicChoice(settings, kCameraMicBlock);
+       },
+       kCameraMicBlock},
+      {[](SMSettingsManager& settings, SMUserPrompts&) {
+         return ApplyPlaybackChoice(settings, kPlaybackAsk, kPlaybackBlock);
+       },
+       kPlaybackAsk},
+  };
+  for (const auto& [apply, shown] : cases) {
+    SitesProfile profile({"a.com"});
+    WriteFileBytes(profile.StoredSiteData(), "progress");
+    const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
+    SMSettingsManager settings(*profile.platform);
+    ASSERT_NE(settings.GetKnownSites(), nullptr);  // loaded before the folder breaks
+    const fs::path moved = profile.temp.path() / "moved";
+    fs::rename(profile.SettingsFolder(), moved);
+    WriteFileBytes(profile.SettingsFolder(), "not a folder");
+    ScriptedPrompts prompts({true});
 
-  EXPECT_EQ(ApplyCameraMicChoice(settings, kCameraMicBlock), kCameraMicBlock);
-  EXPECT_EQ(ReadFileBytes(moved / "#a.com" / "settings.sol"), siteBefore);
+    EXPECT_EQ(apply(settings, prompts), shown);
+    EXPECT_EQ(ReadFileBytes(moved / "#a.com" / "settings.sol"), siteBefore) << shown;
+    EXPECT_EQ(ReadFileBytes(profile.StoredSiteData()), "progress") << shown;
+  }
 }
 
-TEST(PlaybackChoiceTest, BlockAskAndFailedWrite) {
+TEST(PlaybackChoiceTest, BlockAndAsk) {
   SitesProfile profile({"a.com"});
   const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
   SMSettingsManager settings(*profile.platform);
@@ -239,9 +219,6 @@ TEST(PlaybackChoiceTest, BlockAskAndFailedWrite) {
   }
   // The per-site peer-assisted answers are not this choice's business.
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("a.com")), siteBefore);
-
-  profile.BreakSettingsFolder();
-  EXPECT_EQ(ApplyPlaybackChoice(settings, kPlaybackAsk, kPlaybackBlock), kPlaybackAsk);
 }
 
 TEST(UpdatesChoiceTest, ModeStaysWhenTheAdministratorFileCannotBeWritten) {

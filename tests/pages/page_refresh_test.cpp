@@ -11,58 +11,50 @@
 
 namespace {
 
-TEST(StorageRefreshTest, LimitShownAsTheRadioThePlayerMeans) {
+// What each page shows for the stored value, as the player means it.
+TEST(PageRefreshTest, StoredValueShownAsTheRadioThePlayerMeans) {
   struct Case {
-    std::optional<double> limit;
-    int index;
+    const char* stored;
+    int shown;
+    int expected;
   };
   const Case cases[] = {
-      {std::nullopt, kStorageAllow}, {100.0, kStorageAllow},
-      {10.0, kStorageAllow},         {0.0, kStorageAsk},
-      {-0.0, kStorageAsk},           {-1.0, kStorageBlock},
-      {-2.0, kStorageAllow},         {NAN, kStorageAllow},
+      {"klimit absent", StorageIndexForLimit(std::nullopt), kStorageAllow},
+      {"klimit 100", StorageIndexForLimit(100.0), kStorageAllow},
+      {"klimit 10", StorageIndexForLimit(10.0), kStorageAllow},
+      {"klimit 0", StorageIndexForLimit(0.0), kStorageAsk},
+      {"klimit -0", StorageIndexForLimit(-0.0), kStorageAsk},
+      {"klimit -1", StorageIndexForLimit(-1.0), kStorageBlock},
+      {"klimit -2", StorageIndexForLimit(-2.0), kStorageAllow},
+      {"klimit NaN", StorageIndexForLimit(NAN), kStorageAllow},
+      {"always absent", CameraMicIndexForAlways(std::nullopt), kCameraMicAsk},
+      {"always false", CameraMicIndexForAlways(false), kCameraMicAsk},
+      {"always true", CameraMicIndexForAlways(true), kCameraMicBlock},
+      {"uplink absent", PlaybackViewForUplink(std::nullopt).index, kPlaybackAsk},
+      {"uplink false", PlaybackViewForUplink(false).index, kPlaybackAsk},
+      {"uplink true", PlaybackViewForUplink(true).index, kPlaybackBlock},
   };
-  for (const Case& test : cases) {
-    EXPECT_EQ(StorageIndexForLimit(test.limit), test.index)
-        << (test.limit ? std::to_string(*test.limit) : "absent");
-  }
+  for (const Case& test : cases) EXPECT_EQ(test.shown, test.expected) << test.stored;
+  // Block disables the Playback page's by-site button.
+  EXPECT_TRUE(PlaybackViewForUplink(std::nullopt).bySiteEnabled);
+  EXPECT_TRUE(PlaybackViewForUplink(false).bySiteEnabled);
+  EXPECT_FALSE(PlaybackViewForUplink(true).bySiteEnabled);
 }
 
-TEST(CameraMicRefreshTest, AlwaysFlagAndAdministratorLock) {
-  EXPECT_EQ(CameraMicIndexForAlways(std::nullopt), kCameraMicAsk);
-  EXPECT_EQ(CameraMicIndexForAlways(false), kCameraMicAsk);
-  EXPECT_EQ(CameraMicIndexForAlways(true), kCameraMicBlock);
-
-  struct Case {
-    const char* file;
-    bool locked;
-  };
-  const Case cases[] = {
+// The administrator's lock reads its value as the player reads booleans (whose table is with
+// the reader of booleans): one true, one false, and a key that is not the lock's.
+TEST(CameraMicRefreshTest, AdministratorLock) {
+  const std::pair<const char*, bool> cases[] = {
       {"", false},
-      {"AVHardwareDisable=1\n", true},
-      {"AVHardwareDisable=yes\n", true},
-      {"AVHardwareDisable = TRUE\n", true},
-      {"AVHardwareDisable=0\n", false},
+      {"AVHardwareDisable = yes\n", true},
       {"AVHardwareDisable=off\n", false},
       {"OtherKey=1\n", false},
   };
-  for (const Case& test : cases) {
+  for (const auto& [file, locked] : cases) {
     SMAdminConfig config("");
-    config.LoadFromBytes(std::string("# x\n") + test.file);
-    EXPECT_EQ(IsCameraMicLockedByAdministrator(config), test.locked) << test.file;
+    config.LoadFromBytes(file);
+    EXPECT_EQ(IsCameraMicLockedByAdministrator(config), locked) << file;
   }
-}
-
-TEST(PlaybackRefreshTest, BlockDisablesTheBySiteButton) {
-  PlaybackView absent = PlaybackViewForUplink(std::nullopt);
-  EXPECT_EQ(absent.index, kPlaybackAsk);
-  EXPECT_TRUE(absent.bySiteEnabled);
-  PlaybackView ask = PlaybackViewForUplink(false);
-  EXPECT_EQ(ask.index, kPlaybackAsk);
-  EXPECT_TRUE(ask.bySiteEnabled);
-  PlaybackView block = PlaybackViewForUplink(true);
-  EXPECT_EQ(block.index, kPlaybackBlock);
-  EXPECT_FALSE(block.bySiteEnabled);
 }
 
 TEST(UpdatesRefreshTest, LockAdministratorAndVersionLines) {
@@ -103,17 +95,12 @@ TEST(UpdatesRefreshTest, LockAdministratorAndVersionLines) {
 }
 
 TEST(UpdatesRefreshTest, FactsComeFromTheCommandLineRegistryAndAdministratorFile) {
-  constexpr auto kMachine = SMSystem::RegistryRoot::LocalMachine32;
   FakeSystem system;
   system.windows8OrLater = false;
   system.userAdmin = true;
   system.commandLine = "C:\\x\\VantrelPlayerApp.exe mode=chrome";
-  system.AddRegistryKey(kMachine, "SOFTWARE\\Tessaline\\VantrelPlayerActiveX");
-  system.SetRegistryText(kMachine, "SOFTWARE\\Tessaline\\VantrelPlayerActiveX", "Version",
-                         "31.0.0.1");
-  system.AddRegistryKey(kMachine, "SOFTWARE\\Tessaline\\VantrelPlayerPepper");
-  system.SetRegistryText(kMachine, "SOFTWARE\\Tessaline\\VantrelPlayerPepper", "Version",
-                         "32.0.0.466");
+  system.AddPlayer(PlayerKind::ActiveX, "31.0.0.1");
+  system.AddPlayer(PlayerKind::Ppapi, "32.0.0.466");
   SMAdminConfig config("");
   config.LoadFromBytes("AutoUpdateDisable=1\nSilentAutoUpdateEnable=1\n");
 

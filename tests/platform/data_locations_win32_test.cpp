@@ -62,21 +62,12 @@ TEST(DataLocationsWin32, EnableLocalAppDataFromARealAdminFile) {
   const std::string local = Environment(L"LOCALAPPDATA");
   ASSERT_FALSE(roaming.empty());
   ASSERT_NE(roaming, local);
-  struct Case {
-    const char* adminFile;
-    const std::string& dataRootBase;
-  };
-  for (const Case& c :
-       {Case{"EnableLocalAppData=1\r\n", local}, Case{"EnableLocalAppData=no\r\n", roaming}}) {
-    SMPlatformServices::ResetPathCachesForTesting();
-    AdminFile adminFile(c.adminFile);
-    Win32System system;
-    Win32PlatformServices platform(system);
-    EXPECT_EQ(platform.PlayerDataRoot(), c.dataRootBase + "\\Tessaline\\Vantrel Player")
-        << c.adminFile;
-    EXPECT_EQ(platform.AssetCacheFolder(), roaming + "\\Brinmor\\Vantrel Player\\AssetCache");
-    EXPECT_EQ(platform.PrivateDataFolder(), roaming + "\\Brinmor\\Vantrel Player\\KPSPrivateData2");
-  }
+  SMPlatformServices::ResetPathCachesForTesting();
+  AdminFile adminFile("EnableLocalAppData=1\r\n");
+  Win32System system;
+  Win32PlatformServices platform(system);
+  EXPECT_EQ(platform.PlayerDataRoot(), local + "\\Tessaline\\Vantrel Player");
+  EXPECT_EQ(platform.AssetCacheFolder(), roaming + "\\Brinmor\\Vantrel Player\\AssetCache");
 }
 
 TEST(DataLocationsWin32, FailedFolderQueryFallsBackOnShellFolders) {

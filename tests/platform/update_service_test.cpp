@@ -63,8 +63,6 @@ TEST(UpdateService, ReadUpdateModeLetsDisablingWin) {
       {"SilentAutoUpdateEnable=0\nAutoUpdateDisable=0\n", kUpdateNotify},
       {"SilentAutoUpdateEnable=0\nAutoUpdateDisable=1\n", kUpdateNever},
       {"SilentAutoUpdateEnable=1\nAutoUpdateDisable=1\n", kUpdateNever},
-      {"AutoUpdateDisable=off\nSilentAutoUpdateEnable=y\n", kUpdateAutomatically},
-      {"AutoUpdateDisable=TRUE\n", kUpdateNever},
       {"autoupdatedisable=1\nsilentautoupdateenable=1\n", kUpdateNotify},
   };
   for (const auto& [adminFile, expected] : cases) {

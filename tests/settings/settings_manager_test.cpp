@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "settings_bytes.h"
 #include "support/fake_system.h"
 #include "support/native_platform.h"
+#include "support/settings_bytes.h"
 #include "support/temp_folder.h"
 #include "support/test_profile.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "settings/settings_writer.h"
-#include "settings_bytes.h"
+#include "support/settings_bytes.h"
 
 using namespace settings_bytes;
 

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "settings/settings_reader.h"
-#include "settings_bytes.h"
 #include "support/fake_system.h"
 #include "support/native_platform.h"
+#include "support/settings_bytes.h"
 #include "support/temp_folder.h"
 
 using namespace settings_bytes;

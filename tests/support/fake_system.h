@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/installed_players.h"
 #include "platform/system.h"
 
 // A scripted operating system: tests set the facts and read back what the program did.
@@ -23,6 +24,9 @@ class FakeSystem : public SMSystem {
   // A REG_SZ value as Windows stores it: UTF-16LE with its terminating zero.
   void SetRegistryText(RegistryRoot root, const std::string& subKey, const std::string& name,
                        const std::string& asciiText);
+  // A player's key as its 32-bit installer writes it, with its version (if any) and, for a
+  // partner build, isPartner set to 1.
+  void AddPlayer(PlayerKind kind, const std::string& version = "", bool partner = false);
 
   bool OpenRegistryKey(RegistryRoot root, const std::string& subKey) override;
   std::optional<std::vector<uint8_t>> QueryRegistryValue(const RegistryQuery& query) override;

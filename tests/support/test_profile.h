@@ -9,6 +9,15 @@
 #include "support/native_platform.h"
 #include "support/temp_folder.h"
 
+// Points the scripted system's folders (roaming and local application data, the 32-bit and the
+// native system folder) below one temporary folder.
+inline void UseFoldersIn(FakeSystem& system, const TempFolder& folder) {
+  system.roamingAppData = folder.Utf8("Roaming");
+  system.localAppData = folder.Utf8("Local");
+  system.systemWow64 = folder.Utf8("syswow64");
+  system.systemDirectory = folder.Utf8("system32");
+}
+
 // A user profile in a temporary folder whose player data root exists, as the player leaves it.
 struct TestProfile {
   TempFolder temp;
@@ -17,10 +26,7 @@ struct TestProfile {
   std::filesystem::path dataRoot;
 
   TestProfile() {
-    system.roamingAppData = temp.Utf8("Roaming");
-    system.localAppData = temp.Utf8("Local");
-    system.systemWow64 = temp.Utf8("syswow64");
-    system.systemDirectory = temp.Utf8("system32");
+    UseFoldersIn(system, temp);
     platform = MakeNativePlatform(system);
     dataRoot = PathFromUtf8(platform->PlayerDataRoot());
     std::filesystem::create_directories(dataRoot);

@@ -236,11 +236,11 @@ int ListRowCount(HWND list) {
   return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
 }
 
-std::wstring ListRowText(HWND list, int row) {
+std::wstring ListRowText(HWND list, int row, int column) {
   RemoteBlock block(list, sizeof(LVITEMW) + kRowTextCapacity * sizeof(wchar_t));
   if (!block.valid()) return L"";
   LVITEMW item{};
-  item.iSubItem = 0;
+  item.iSubItem = column;
   item.pszText = reinterpret_cast<wchar_t*>(block.at(sizeof item));
   item.cchTextMax = static_cast<int>(kRowTextCapacity);
   block.Write(0, &item, sizeof item);
@@ -282,4 +282,27 @@ bool EditListRow(HWND list, int row, const std::wstring& text) {
   SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
   SendMessageW(edit, WM_KEYDOWN, VK_RETURN, 0);
   return true;
+}
+
+std::vector<int> ListSelectedRows(HWND list) {
+  std::vector<int> rows;
+  int row = -1;
+  while ((row = static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, row, LVNI_SELECTED))) >= 0) {
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+void ChooseComboItem(HWND dialog, int comboId, int item) {
+  HWND combo = GetDlgItem(dialog, comboId);
+  SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
+  SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(comboId, CBN_SELCHANGE),
+               reinterpret_cast<LPARAM>(combo));
+}
+
+HWND FocusOfThread(HWND window) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+  return info.hwndFocus;
 }

@@ -78,10 +78,15 @@ bool IsChecked(HWND page, int controlId);
 // List views of the program, driven from the test's process: messages that carry a pointer get
 // one into memory allocated inside the program's process.
 int ListRowCount(HWND list);
-std::wstring ListRowText(HWND list, int row);
+std::wstring ListRowText(HWND list, int row, int column = 0);
 std::vector<std::wstring> ListRows(HWND list);
 // Selects exactly these rows.
 void SelectListRows(HWND list, const std::vector<int>& rows);
 // Starts editing a row's label, replaces the text and ends the edit with Enter, as a user
 // would; false when the list did not start an edit.
 bool EditListRow(HWND list, int row, const std::wstring& text);
+std::vector<int> ListSelectedRows(HWND list);
+// Picks a combo item as the user does: the selection, then CBN_SELCHANGE to the dialog.
+void ChooseComboItem(HWND dialog, int comboId, int item);
+// The window that has the keyboard focus in the thread that owns window.
+HWND FocusOfThread(HWND window);

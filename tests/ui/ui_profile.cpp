@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "admincfg/admin_config.h"
 #include "platform/file_io.h"
 #include "platform/win32/utf16.h"
 #include "settings/settings_reader.h"
@@ -40,20 +41,19 @@ void UiProfile::Clear() {
   DeleteFileW(ToUtf16(AdminConfigFilePath(system_)).value_or(L"").c_str());
 }
 
-bool UiProfile::WriteAdminConfig(const std::string& contents) {
+bool UiProfile::WriteAdminConfig(const std::vector<std::pair<std::string, std::string>>& entries) {
   const std::string& path = AdminConfigFilePath(system_);
   std::string folder = path.substr(0, path.rfind('\\'));
   std::string parent = folder.substr(0, folder.rfind('\\'));
   platform_->CreateFolder(parent.substr(0, parent.rfind('\\')),
                           parent.substr(parent.rfind('\\') + 1));
   platform_->CreateFolder(parent, folder.substr(folder.rfind('\\') + 1));
-  std::FILE* file = OpenFileUtf8(path, "wb");
-  if (file == nullptr) return false;
-  bool written = std::fwrite(contents.data(), 1, contents.size(), file) == contents.size();
-  return std::fclose(file) == 0 && written;
+  SMAdminConfig config(path);
+  for (const auto& [key, value] : entries) config.SetValue(key, value);
+  return config.WriteToFile();
 }
 
-void UiProfile::AddPlayer(PlayerKind kind, const std::wstring& version, bool partner) {
+void UiProfile::AddPlayer(PlayerKind kind, const std::wstring& version) {
   HKEY key = nullptr;
   if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, KeyOf(kind).c_str(), 0, nullptr, 0,
                       KEY_SET_VALUE | KEY_WOW64_32KEY, nullptr, &key, nullptr) != ERROR_SUCCESS) {
@@ -61,9 +61,6 @@ void UiProfile::AddPlayer(PlayerKind kind, const std::wstring& version, bool par
   }
   RegSetValueExW(key, L"Version", 0, REG_SZ, reinterpret_cast<const BYTE*>(version.c_str()),
                  static_cast<DWORD>((version.size() + 1) * sizeof(wchar_t)));
-  DWORD partnerFlag = partner ? 1 : 0;
-  RegSetValueExW(key, L"isPartner", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&partnerFlag),
-                 sizeof partnerFlag);
   RegCloseKey(key);
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/installed_players.h"
@@ -18,11 +19,11 @@ class UiProfile {
   ~UiProfile();
 
   // A player key with its Version, as the player's 32-bit installer writes it.
-  void AddPlayer(PlayerKind kind, const std::wstring& version, bool partner = false);
+  void AddPlayer(PlayerKind kind, const std::wstring& version);
   // Rewrites a global value of the master settings file, as another program would.
   bool SetGlobal(const SettingValue& value);
-  // The administrator file "tss.cfg" with these lines.
-  bool WriteAdminConfig(const std::string& contents);
+  // The administrator file "tss.cfg" with these entries, written as the program writes it.
+  bool WriteAdminConfig(const std::vector<std::pair<std::string, std::string>>& entries);
   // Lists sites in the master settings, each with its settings file.
   bool AddSites(const std::vector<std::string>& sites);
   // A value of a settings file as it is on disk now (domain: a site or the master domain),

@@ -177,3 +177,17 @@ std::string Win32System::SystemDirectory() {
   if (GetSystemDirectoryW(path, kMaxPath) == 0) return std::string();
   return Utf8OrEmpty(path);
 }
+
+std::string Win32System::DisplaySortKey(const std::string& text) {
+  // A sorted list view compares its texts as lstrcmpW does (user locale, case and symbols
+  // weighed, not byte by byte); the sort key of the same comparison orders them the same way.
+  std::optional<std::wstring> wide = ToUtf16(text);
+  if (!wide) return text;
+  int length = LCMapStringW(LOCALE_USER_DEFAULT, LCMAP_SORTKEY, wide->c_str(), -1, nullptr, 0);
+  if (length <= 0) return text;
+  std::string key(static_cast<size_t>(length), '\0');
+  LCMapStringW(LOCALE_USER_DEFAULT, LCMAP_SORTKEY, wide->c_str(), -1,
+               reinterpret_cast<wchar_t*>(key.data()), length);
+  // The key ends in a zero byte, which keeps a key that is a prefix of another one first.
+  return key;
+}

@@ -19,4 +19,5 @@ class Win32System : public SMSystem {
   std::optional<std::string> ShellFolderPath(int csidl) override;
   std::string SystemWow64Directory() override;
   std::string SystemDirectory() override;
+  std::string DisplaySortKey(const std::string& text) override;
 };

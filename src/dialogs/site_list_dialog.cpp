@@ -1,0 +1,248 @@
+#include "dialogs/site_list_dialog.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "dialogs/add_site_dialog.h"
+#include "dialogs/add_site_ids.h"
+#include "dialogs/site_list_https_ids.h"
+#include "dialogs/site_list_ids.h"
+#include "layout/dialog_layout.h"
+#include "platform/win32/utf16.h"
+
+SiteListDialog::SiteListDialog(SiteListKind kind, SMSystem& system, SMStringTable& strings,
+                               SMSettingsManager& settings, bool rightToLeft)
+    : SMDialogObject(system, strings),
+      model_(kind, settings, strings,
+             [&system](const std::string& site) { return system.DisplaySortKey(site); }),
+      rightToLeft_(rightToLeft) {}
+
+INT_PTR SiteListDialog::Run() {
+  return RunModal(model_.design().templateId, GetActiveWindow());
+}
+
+std::optional<SMAddSiteAnswer> SiteListDialog::RunAddSite(uint32_t titleId, uint32_t promptId) {
+  AddSiteDialog dialog(system_, strings_, IsRightToLeftUser(system_),
+                       GetText(titleId).value_or(L""), GetText(promptId).value_or(L""));
+  // Only Add (0) counts; Cancel (1) and a dialog that could not be shown (-1) do not.
+  if (dialog.RunModal(IDD_ADD_SITE, GetActiveWindow()) != 0) return std::nullopt;
+  if (!dialog.resultDomain()) return std::nullopt;
+  std::optional<std::string> site = ToUtf8(*dialog.resultDomain());
+  if (!site) return std::nullopt;
+  return SMAddSiteAnswer{std::move(*site), dialog.choice()};
+}
+
+bool SiteListDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  switch (message) {
+    case WM_INITDIALOG:
+      Initialise();
+      result = TRUE;
+      return true;
+    case WM_COMMAND:
+      OnCommand(LOWORD(wParam), HIWORD(wParam));
+      result = 0;
+      return true;
+    case WM_NOTIFY:
+      result = 0;
+      return OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
+    default:
+      return false;
+  }
+}
+
+void SiteListDialog::Initialise() {
+  const SiteListDesign& design = model_.design();
+  list_ = GetDlgItem(window_, IDC_SITE_LIST_VIEW);
+  addButton_ = GetDlgItem(window_, IDC_SITE_LIST_ADD);
+  removeButton_ = GetDlgItem(window_, IDC_SITE_LIST_REMOVE);
+  closeButton_ = GetDlgItem(window_, IDC_SITE_LIST_CLOSE);
+  combos_.clear();
+  for (const SiteListCombo& combo : design.combos) {
+    combos_.push_back(GetDlgItem(window_, combo.controlId));
+  }
+  if (rightToLeft_) {
+    MakeRightToLeft(window_);
+    for (HWND combo : combos_) {
+      COMBOBOXINFO info{};
+      info.cbSize = sizeof info;
+      if (GetComboBoxInfo(combo, &info) && info.hwndList != nullptr) {
+        MakeRightToLeft(info.hwndList);
+      }
+    }
+  }
+  SetControlText(IDC_SITE_LIST_ADD, 11005);
+  SetControlText(IDC_SITE_LIST_REMOVE, 11009);
+  SetControlText(IDC_SITE_LIST_CLOSE, 11003);
+  for (HWND combo : combos_) {
+    for (SiteChoice item : {kChoiceAsk, kChoiceAllow, kChoiceBlock}) {
+      std::optional<std::wstring> text = GetText(ChoiceItemTextId(item));
+      SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text ? text->c_str() : L""));
+    }
+  }
+  SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+  std::optional<std::wstring> title = GetText(design.titleId);
+  SetWindowTextW(window_, title ? title->c_str() : L"");
+  SetControlText(IDC_SITE_LIST_DESCRIPTION, design.descriptionId);
+  SetControlText(IDC_SITE_LIST_CHOICE_LABEL, design.comboLabelId);
+  if (design.templateId == IDD_SITE_LIST_HTTPS) {
+    SetControlText(IDC_SITE_LIST_HTTPS_SECURE_LABEL, 61014);
+    SetControlText(IDC_SITE_LIST_HTTPS_OTHER_LABEL, 61015);
+  }
+  InsertColumns();
+  FitDialogToTexts(window_);
+  model_.Fill();
+  ShowRowCount();
+  ShowSelectionState();
+}
+
+void SiteListDialog::InsertColumns() {
+  int index = 0;
+  for (const SiteListColumn& column : model_.design().columns) {
+    std::wstring text = GetText(column.textId).value_or(L"");
+    LVCOLUMNW header{};
+    header.mask = LVCF_FMT | LVCF_TEXT | LVCF_WIDTH;
+    header.fmt = LVCFMT_LEFT;
+    header.cx = column.width;
+    header.pszText = text.data();
+    SendMessageW(list_, LVM_INSERTCOLUMNW, index++, reinterpret_cast<LPARAM>(&header));
+  }
+}
+
+void SiteListDialog::OnCommand(int controlId, int code) {
+  if (controlId == IDC_SITE_LIST_CLOSE || controlId == IDCANCEL) {
+    EndDialog(window_, 0);
+    return;
+  }
+  if (code == BN_CLICKED && controlId == IDC_SITE_LIST_ADD) {
+    OnAdd();
+    return;
+  }
+  if (code == BN_CLICKED && controlId == IDC_SITE_LIST_REMOVE) {
+    OnRemove();
+    return;
+  }
+  if (code != CBN_SELCHANGE) return;
+  const std::vector<SiteListCombo>& combos = model_.design().combos;
+  for (size_t combo = 0; combo < combos.size(); ++combo) {
+    if (combos[combo].controlId == controlId) OnChoiceChanged(combo);
+  }
+}
+
+bool SiteListDialog::OnNotify(const NMHDR& header) {
+  if (header.hwndFrom != list_) return false;
+  switch (header.code) {
+    case LVN_GETDISPINFOW:
+      SupplyText(*reinterpret_cast<NMLVDISPINFOW*>(const_cast<NMHDR*>(&header)));
+      return true;
+    case LVN_ITEMCHANGED: {
+      const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
+      const bool selectionChanged = (change.uChanged & LVIF_STATE) != 0 &&
+                                    ((change.uNewState ^ change.uOldState) & LVIS_SELECTED) != 0;
+      if (selectionChanged && !changingSelection_) ShowSelectionState();
+      return true;
+    }
+    case LVN_ODSTATECHANGED:
+      if (!changingSelection_) ShowSelectionState();
+      return true;
+    default:
+      return false;
+  }
+}
+
+void SiteListDialog::ShowRowCount() {
+  SendMessageW(list_, LVM_SETITEMCOUNT, model_.RowCount(), 0);
+  InvalidateRect(list_, nullptr, TRUE);
+}
+
+void SiteListDialog::SupplyText(NMLVDISPINFOW& info) {
+  LVITEMW& item = info.item;
+  if ((item.mask & LVIF_TEXT) == 0 || item.pszText == nullptr || item.cchTextMax <= 0) return;
+  item.pszText[0] = L'\0';
+  if (item.iItem < 0 || static_cast<size_t>(item.iItem) >= model_.RowCount()) return;
+  // The list copies the text before it asks for the next one, so one buffer serves every row.
+  cellText_ = ToUtf16(model_.CellText(static_cast<size_t>(item.iItem), item.iSubItem))
+                  .value_or(std::wstring());
+  size_t length = std::min(cellText_.size(), static_cast<size_t>(item.cchTextMax - 1));
+  std::copy_n(cellText_.c_str(), length, item.pszText);
+  item.pszText[length] = L'\0';
+}
+
+std::vector<size_t> SiteListDialog::SelectedRows() {
+  std::vector<size_t> rows;
+  int row = -1;
+  while ((row = static_cast<int>(SendMessageW(list_, LVM_GETNEXTITEM, row, LVNI_SELECTED))) >= 0) {
+    rows.push_back(static_cast<size_t>(row));
+  }
+  return rows;
+}
+
+void SiteListDialog::SelectRows(const std::vector<size_t>& rows) {
+  LVITEMW state{};
+  state.stateMask = LVIS_SELECTED;
+  state.state = 0;
+  SendMessageW(list_, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&state));
+  state.state = LVIS_SELECTED;
+  for (size_t row : rows) {
+    SendMessageW(list_, LVM_SETITEMSTATE, row, reinterpret_cast<LPARAM>(&state));
+  }
+}
+
+void SiteListDialog::ShowSelectionState() {
+  const std::vector<size_t> selected = SelectedRows();
+  const std::vector<SiteChoice> choices = model_.CommonChoices(selected);
+  for (size_t combo = 0; combo < combos_.size(); ++combo) {
+    SendMessageW(combos_[combo], CB_SETCURSEL, ComboItemForChoice(choices[combo]), 0);
+  }
+  const bool anySelected = !selected.empty();
+  SetEnabledMovingFocus(removeButton_, anySelected);
+  for (HWND combo : combos_) SetEnabledMovingFocus(combo, anySelected);
+}
+
+void SiteListDialog::SetEnabledMovingFocus(HWND control, bool enabled) {
+  // A control that is disabled while it has the focus would leave the keyboard nowhere.
+  if (!enabled && GetFocus() == control) {
+    SetFocus(GetNextDlgTabItem(window_, control, FALSE));
+  }
+  EnableWindow(control, enabled ? TRUE : FALSE);
+}
+
+void SiteListDialog::OnAdd() {
+  SiteListModel::AddOutcome outcome = model_.AddFromUser(*this);
+  if (!outcome.confirmed) return;
+  changingSelection_ = true;
+  ShowRowCount();
+  SelectRows({});
+  if (outcome.row) {
+    const int row = static_cast<int>(*outcome.row);
+    SetFocus(list_);
+    LVITEMW state{};
+    state.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    state.state = LVIS_SELECTED | LVIS_FOCUSED;
+    SendMessageW(list_, LVM_SETITEMSTATE, row, reinterpret_cast<LPARAM>(&state));
+    SendMessageW(list_, LVM_ENSUREVISIBLE, row, FALSE);
+  }
+  changingSelection_ = false;
+  ShowSelectionState();
+}
+
+void SiteListDialog::OnRemove() {
+  const std::vector<size_t> selected = SelectedRows();
+  if (selected.empty()) return;
+  const std::vector<size_t> stayed = model_.RemoveRows(selected);
+  changingSelection_ = true;
+  ShowRowCount();
+  SelectRows(stayed);
+  changingSelection_ = false;
+  ShowSelectionState();
+}
+
+void SiteListDialog::OnChoiceChanged(size_t comboIndex) {
+  const SiteChoice choice =
+      ChoiceForComboItem(static_cast<int>(SendMessageW(combos_[comboIndex], CB_GETCURSEL, 0, 0)));
+  const std::vector<size_t> selected = SelectedRows();
+  if (choice == kChoiceNone || selected.empty()) return;
+  model_.ApplyChoice(comboIndex, choice, selected);
+  SendMessageW(list_, LVM_REDRAWITEMS, selected.front(), selected.back());
+  UpdateWindow(list_);
+}

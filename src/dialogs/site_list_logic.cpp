@@ -1,0 +1,249 @@
+#include "dialogs/site_list_logic.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "dialogs/site_list_https_ids.h"
+#include "dialogs/site_list_ids.h"
+#include "dialogs/storage_size.h"
+#include "l10n/string_table.h"
+#include "settings/settings_manager.h"
+
+namespace {
+
+constexpr int kSizeColumn = 1;
+
+const SiteListDesign kStorageDesign{IDD_SITE_LIST,
+                                    61009,
+                                    61010,
+                                    61013,
+                                    {{61000, 190}, {61004, 80}, {61003, 90}},
+                                    {{IDC_SITE_LIST_CHOICE, SitePermission::kStorage, 2}},
+                                    92001,
+                                    21108,
+                                    true};
+
+const SiteListDesign kCameraMicDesign{
+    IDD_SITE_LIST_HTTPS,
+    61005,
+    61006,
+    61011,
+    {{61000, 190}, {61014, 130}, {61015, 130}},
+    {{IDC_SITE_LIST_HTTPS_SECURE_CHOICE, SitePermission::kCameraSecure, 1},
+     {IDC_SITE_LIST_HTTPS_OTHER_CHOICE, SitePermission::kCameraOther, 2}},
+    92002,
+    31007,
+    false};
+
+const SiteListDesign kPeerNetworkingDesign{
+    IDD_SITE_LIST,
+    61007,
+    61008,
+    61012,
+    {{61000, 250}, {61002, 110}},
+    {{IDC_SITE_LIST_CHOICE, SitePermission::kPeerNetworking, 1}},
+    92003,
+    41201,
+    false};
+
+}  // namespace
+
+const SiteListDesign& DesignOf(SiteListKind kind) {
+  switch (kind) {
+    case SiteListKind::kStorage:
+      return kStorageDesign;
+    case SiteListKind::kCameraMic:
+      return kCameraMicDesign;
+    case SiteListKind::kPeerNetworking:
+      break;
+  }
+  return kPeerNetworkingDesign;
+}
+
+SiteChoice ChoiceForComboItem(int item) {
+  return item >= kChoiceAsk && item <= kChoiceBlock ? static_cast<SiteChoice>(item) : kChoiceNone;
+}
+
+int ComboItemForChoice(SiteChoice choice) {
+  return choice >= kChoiceAsk && choice <= kChoiceBlock ? static_cast<int>(choice) : -1;
+}
+
+uint32_t ChoiceItemTextId(SiteChoice choice) {
+  // Only "Ask" has a longer text in the choice lists.
+  return choice == kChoiceAllow || choice == kChoiceBlock ? ChoiceWordId(choice) : 11103;
+}
+
+uint32_t ChoiceWordId(SiteChoice choice) {
+  switch (choice) {
+    case kChoiceAllow:
+      return 11102;
+    case kChoiceBlock:
+      return 11100;
+    default:
+      return 11101;
+  }
+}
+
+SiteListModel::SiteListModel(SiteListKind kind, SMSettingsManager& settings, SMStringTable& strings,
+                             SiteSortKey sortKey)
+    : design_(DesignOf(kind)),
+      settings_(settings),
+      strings_(strings),
+      sortKey_(std::move(sortKey)) {}
+
+SiteListModel::Row SiteListModel::MakeRow(const std::string& name, size_t listIndex) const {
+  return Row{name, sortKey_(name), listIndex,
+             std::vector<std::optional<SiteChoice>>(design_.combos.size()), std::nullopt};
+}
+
+namespace {
+
+// A list view with the ascending sort style puts a new row before the first row whose text
+// does not sort lower, so among rows that compare equal the one added last comes first.
+template <typename RowType>
+bool SortsBefore(const RowType& a, const RowType& b) {
+  if (a.sortKey != b.sortKey) return a.sortKey < b.sortKey;
+  return a.listIndex > b.listIndex;
+}
+
+}  // namespace
+
+void SiteListModel::Fill() {
+  rows_.clear();
+  const std::vector<std::string> names = KnownSiteNames(settings_);
+  rows_.reserve(names.size());
+  for (size_t index = 0; index < names.size(); ++index) {
+    if (!names[index].empty()) rows_.push_back(MakeRow(names[index], index));
+  }
+  std::sort(rows_.begin(), rows_.end(), SortsBefore<Row>);
+  nextListIndex_ = names.size();
+}
+
+size_t SiteListModel::InsertSorted(Row row) {
+  auto place = std::lower_bound(rows_.begin(), rows_.end(), row, SortsBefore<Row>);
+  auto inserted = rows_.insert(place, std::move(row));
+  return static_cast<size_t>(inserted - rows_.begin());
+}
+
+SiteChoice SiteListModel::ChoiceOf(Row& row, size_t comboIndex) {
+  std::optional<SiteChoice>& kept = row.choices[comboIndex];
+  if (!kept) kept = ReadSiteChoice(settings_, row.name, design_.combos[comboIndex].permission);
+  return *kept;
+}
+
+uint64_t SiteListModel::StoredBytesOf(Row& row) {
+  if (!row.storedBytes) {
+    row.storedBytes = settings_.GetSiteStoredBytes(settings_.storedDataFolder(), row.name);
+  }
+  return *row.storedBytes;
+}
+
+std::string SiteListModel::CellText(size_t rowIndex, int column) {
+  Row& row = rows_[rowIndex];
+  if (column == 0) return row.name;
+  if (design_.showsStoredSize && column == kSizeColumn) {
+    return FormatStorageSize(strings_, StoredBytesOf(row));
+  }
+  for (size_t combo = 0; combo < design_.combos.size(); ++combo) {
+    if (design_.combos[combo].column != column) continue;
+    const char* word = strings_.GetString(ChoiceWordId(ChoiceOf(row, combo)));
+    return word != nullptr ? word : "";
+  }
+  return "";
+}
+
+std::vector<SiteChoice> SiteListModel::CommonChoices(const std::vector<size_t>& selectedRows) {
+  std::vector<SiteChoice> common(design_.combos.size(), kChoiceNone);
+  std::vector<bool> differs(design_.combos.size(), false);
+  size_t differing = 0;
+  bool first = true;
+  for (size_t rowIndex : selectedRows) {
+    const std::string& site = rows_[rowIndex].name;
+    for (size_t combo = 0; combo < design_.combos.size(); ++combo) {
+      if (differs[combo]) continue;
+      SiteChoice choice = ReadSiteChoice(settings_, site, design_.combos[combo].permission);
+      if (first) {
+        common[combo] = choice;
+      } else if (choice != common[combo]) {
+        common[combo] = kChoiceNone;
+        differs[combo] = true;
+        ++differing;
+      }
+    }
+    first = false;
+    // Nothing more to learn once every combo has found two rows that differ.
+    if (differing == design_.combos.size()) break;
+  }
+  return common;
+}
+
+bool SiteListModel::IsEditable(const std::string& site) const {
+  // A "domains" element that names the master settings would otherwise reach the master file
+  // and, on removal, the whole settings folder.
+  return site != SMSettingsManager::MasterDomain();
+}
+
+void SiteListModel::ApplyChoice(size_t comboIndex, SiteChoice choice,
+                                const std::vector<size_t>& selectedRows) {
+  if (comboIndex >= design_.combos.size() || choice == kChoiceNone) return;
+  const SitePermission permission = design_.combos[comboIndex].permission;
+  for (size_t rowIndex : selectedRows) {
+    Row& row = rows_[rowIndex];
+    if (!IsEditable(row.name)) continue;
+    // Pin what the row shows now, so that a failed write leaves its text as it was.
+    ChoiceOf(row, comboIndex);
+    if (!WriteSiteChoice(settings_, row.name, permission, choice)) continue;
+    row.choices[comboIndex] = choice;
+    if (permission == SitePermission::kStorage && choice == kChoiceBlock) {
+      settings_.RemoveSite(row.name, false);
+      row.storedBytes.reset();
+    }
+  }
+}
+
+SiteListModel::AddOutcome SiteListModel::AddFromUser(SMUserPrompts& prompts) {
+  std::optional<SMAddSiteAnswer> answer =
+      prompts.RunAddSite(design_.addTitleId, design_.addPromptId);
+  if (!answer) return {false, std::nullopt};
+  return {true, AddSite(answer->site, answer->choice)};
+}
+
+std::optional<size_t> SiteListModel::AddSite(const std::string& site, SiteChoice choice) {
+  if (site.empty() || !IsEditable(site) || !settings_.AddSite(site)) return std::nullopt;
+  for (const SiteListCombo& combo : design_.combos) {
+    WriteSiteChoice(settings_, site, combo.permission, choice);
+  }
+  // The list as a fresh fill would show it: an existing row is read again, a new one takes its
+  // sorted place.
+  for (size_t rowIndex = 0; rowIndex < rows_.size(); ++rowIndex) {
+    if (rows_[rowIndex].name != site) continue;
+    rows_[rowIndex] = MakeRow(site, rows_[rowIndex].listIndex);
+    return rowIndex;
+  }
+  return InsertSorted(MakeRow(site, nextListIndex_++));
+}
+
+std::vector<size_t> SiteListModel::RemoveRows(std::vector<size_t> selectedRows) {
+  std::sort(selectedRows.begin(), selectedRows.end());
+  std::vector<bool> removed(rows_.size(), false);
+  for (size_t rowIndex : selectedRows) {
+    if (rowIndex >= rows_.size()) continue;
+    const std::string& site = rows_[rowIndex].name;
+    // Only sites that "domains" still lists are removed; a row that stays is stepped over.
+    if (IsEditable(site) && IsKnownSite(settings_, site) && settings_.RemoveSite(site, true)) {
+      removed[rowIndex] = true;
+    }
+  }
+  std::vector<size_t> stayed;
+  std::vector<Row> kept;
+  kept.reserve(rows_.size());
+  for (size_t rowIndex = 0; rowIndex < rows_.size(); ++rowIndex) {
+    if (removed[rowIndex]) continue;
+    if (std::binary_search(selectedRows.begin(), selectedRows.end(), rowIndex)) {
+      stayed.push_back(kept.size());
+    }
+    kept.push_back(std::move(rows_[rowIndex]));
+  }
+  rows_ = std::move(kept);
+  return stayed;
+}

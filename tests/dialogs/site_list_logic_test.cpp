@@ -1,0 +1,213 @@
+// The rows of the settings-by-site lists: order, texts, the common choice, apply, add, remove.
+#include "dialogs/site_list_logic.h"
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+
+#include "l10n/string_table.h"
+#include "settings/settings_manager.h"
+#include "support/scripted_prompts.h"
+#include "support/test_profile.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string kMaster = SMSettingsManager::MasterDomain();
+
+// Case-blind and blind to '-', so that the tests see the model order by the key and not by
+// the bytes, and meet names whose keys are equal.
+std::string LowerKey(const std::string& name) {
+  std::string key;
+  for (char c : name) {
+    if (c != '-') key += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  }
+  return key;
+}
+
+// A profile whose sites are listed in this order and whose stored data lies in one folder.
+struct ListProfile : TestProfile {
+  explicit ListProfile(const std::vector<std::string>& sites) {
+    fs::create_directories(SharedObjects() / "X1");
+    fs::create_directories(SettingsFolder());
+    Reopen();
+    for (const std::string& site : sites) EXPECT_TRUE(settings->AddSite(site)) << site;
+  }
+  void Reopen() { settings = std::make_unique<SMSettingsManager>(*platform); }
+  fs::path DataFile(const std::string& site) const { return SharedObjects() / "X1" / site / "d"; }
+  std::vector<std::string> Rows(SiteListModel& model, int column = 0) {
+    std::vector<std::string> texts;
+    for (size_t row = 0; row < model.RowCount(); ++row)
+      texts.push_back(model.CellText(row, column));
+    return texts;
+  }
+  std::unique_ptr<SMSettingsManager> settings;
+  SMFixedLanguageStringTable strings{0};
+};
+
+using Texts = std::vector<std::string>;
+
+}  // namespace
+
+TEST(SiteListModel, FillsInListViewOrderWithWordsAndSizes) {
+  ListProfile profile({"b.org", "ab.com", "c.net", "a-b.com", "local"});
+  // A damaged file reads as an empty one: the words for missing values.
+  WriteFileBytes(profile.SiteFile("b.org"), "not a settings file");
+  WriteFileBytes(profile.DataFile("b.org"), std::string(2048, 'x'));
+  WriteFileBytes(profile.SharedObjects() / "X1" / "localhost" / "d", std::string(900, 'x'));
+  WriteFileBytes(profile.SharedObjects() / "X1" / "#localWithNet" / "d", std::string(100, 'x'));
+  WriteFileBytes(profile.SharedObjects() / "X1" / "local" / "d", std::string(7, 'x'));
+  profile.Reopen();
+  SMSettingsManager& settings = *profile.settings;
+  ASSERT_TRUE(settings.SetValue("ab.com", SettingValue::Number("klimit", -1)));
+  ASSERT_TRUE(settings.SetValue("c.net", SettingValue::Number("klimit", 0)));
+  ASSERT_TRUE(settings.SetValue("a-b.com", SettingValue::Number("klimit", 5000)));
+  // An empty name is not listed; a duplicate is listed twice.
+  SettingArray domains = *settings.GetKnownSites();
+  domains.Append(SettingValue::Boolean("", true));
+  domains.Append(SettingValue::Boolean("c.net", true));
+  settings.SetValue(kMaster, SettingValue::Array("domains", domains));
+
+  SiteListModel model(SiteListKind::kStorage, settings, profile.strings, LowerKey);
+  model.Fill();
+  // Equal keys: the site listed last comes first, as a sorted list view inserts it.
+  EXPECT_EQ(profile.Rows(model), (Texts{"a-b.com", "ab.com", "b.org", "c.net", "c.net", "local"}));
+  EXPECT_EQ(profile.Rows(model, 1),
+            (Texts{"0 bytes", "0 bytes", "2 kB", "0 bytes", "0 bytes", "1000 bytes"}));
+  EXPECT_EQ(profile.Rows(model, 2),
+            (Texts{"Allow", "Block", "Allow", "Ask me", "Ask me", "Allow"}));
+
+  SiteListModel peers(SiteListKind::kPeerNetworking, settings, profile.strings, LowerKey);
+  peers.Fill();
+  EXPECT_EQ(profile.Rows(peers, 1), (Texts(6, "Ask me")));
+}
+
+TEST(SiteListModel, CommonChoiceOfTheSelectedRows) {
+  ListProfile profile({"s1", "s2", "s3"});
+  SMSettingsManager& settings = *profile.settings;
+  const std::pair<const char*, std::vector<SettingValue>> stored[] = {
+      {"s1",
+       {SettingValue::Boolean("alwayssecure", true), SettingValue::Boolean("allowsecure", true),
+        SettingValue::Boolean("always", true), SettingValue::Boolean("allow", false)}},
+      {"s2",
+       {SettingValue::Boolean("alwayssecure", true), SettingValue::Boolean("allowsecure", true)}},
+      {"s3", {SettingValue::Boolean("alwayssecure", true), SettingValue::Boolean("always", false)}},
+  };
+  for (const auto& [site, values] : stored) {
+    for (const SettingValue& value : values) ASSERT_TRUE(settings.SetValue(site, value));
+  }
+  SiteListModel model(SiteListKind::kCameraMic, settings, profile.strings, LowerKey);
+  model.Fill();
+  struct Case {
+    std::vector<size_t> selected;
+    std::vector<SiteChoice> shown;  // HTTPS, other
+  };
+  const Case cases[] = {
+      {{}, {kChoiceNone, kChoiceNone}},        {{0}, {kChoiceAllow, kChoiceBlock}},
+      {{0, 1}, {kChoiceAllow, kChoiceNone}},   {{1, 2}, {kChoiceNone, kChoiceAsk}},
+      {{0, 1, 2}, {kChoiceNone, kChoiceNone}},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(model.CommonChoices(c.selected), c.shown) << c.selected.size();
+  }
+  // Choosing Ask for a mixed selection asks again everywhere.
+  model.ApplyChoice(1, kChoiceAsk, {0, 1, 2});
+  EXPECT_EQ(model.CommonChoices({0, 1, 2}), (std::vector<SiteChoice>{kChoiceNone, kChoiceAsk}));
+  EXPECT_EQ(profile.Rows(model, 2), (Texts{"Ask me", "Ask me", "Ask me"}));
+}
+
+TEST(SiteListModel, ApplyWritesEverySelectedRowAndBlockDeletesStoredData) {
+  ListProfile profile({"a.com", "b.com", "c.com", "x.com"});
+  WriteFileBytes(profile.DataFile("a.com"), std::string(3000, 'x'));
+  WriteFileBytes(profile.DataFile("b.com"), std::string(10, 'x'));
+  profile.Reopen();
+  SiteListModel model(SiteListKind::kStorage, *profile.settings, profile.strings, LowerKey);
+  model.Fill();
+  EXPECT_EQ(profile.Rows(model, 1)[0], "2 kB");
+  // x.com can no longer be written: its settings folder became a file.
+  fs::remove_all(profile.SiteFile("x.com").parent_path());
+  WriteFileBytes(profile.SiteFile("x.com").parent_path(), "");
+
+  model.ApplyChoice(0, kChoiceBlock, {0, 2, 3});
+  EXPECT_EQ(profile.Rows(model, 2), (Texts{"Block", "Allow", "Block", "Allow"}));
+  EXPECT_EQ(profile.Rows(model, 1)[0], "0 bytes");
+  EXPECT_FALSE(fs::exists(profile.DataFile("a.com")));
+  EXPECT_TRUE(fs::exists(profile.DataFile("b.com")));
+  SMSettingsManager reread(*profile.platform);
+  for (const auto& [site, limit] :
+       {std::pair{"a.com", -1.0}, std::pair{"b.com", 100.0}, std::pair{"c.com", -1.0}}) {
+    EXPECT_EQ(reread.GetValueAs<double>(site, "klimit"), limit) << site;
+  }
+}
+
+TEST(SiteListModel, AddPutsTheSiteInItsSortedPlace) {
+  ListProfile profile({"b.com", "d.com"});
+  ScriptedPrompts prompts;
+  SiteListModel model(SiteListKind::kCameraMic, *profile.settings, profile.strings, LowerKey);
+  model.Fill();
+  struct Case {
+    std::optional<SMAddSiteAnswer> answer;
+    SiteListModel::AddOutcome outcome;
+    Texts rows;
+  };
+  const Case cases[] = {
+      {std::nullopt, {false, std::nullopt}, {"b.com", "d.com"}},
+      {SMAddSiteAnswer{"C.com", kChoiceBlock}, {true, 1}, {"b.com", "C.com", "d.com"}},
+      {SMAddSiteAnswer{"\xC3\xA4.example", kChoiceAllow},
+       {true, 3},
+       {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
+      // Already listed: its choice changes, no second row.
+      {SMAddSiteAnswer{"b.com", kChoiceAllow},
+       {true, 0},
+       {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
+      // Names the store cannot keep are not added.
+      {SMAddSiteAnswer{"a/b", kChoiceAllow},
+       {true, std::nullopt},
+       {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
+      {SMAddSiteAnswer{kMaster, kChoiceAllow},
+       {true, std::nullopt},
+       {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
+  };
+  for (const Case& c : cases) {
+    prompts.addSiteAnswers.push_back(c.answer);
+    SiteListModel::AddOutcome outcome = model.AddFromUser(prompts);
+    const std::string what = c.answer ? c.answer->site : "cancelled";
+    EXPECT_EQ(outcome.confirmed, c.outcome.confirmed) << what;
+    EXPECT_EQ(outcome.row, c.outcome.row) << what;
+    EXPECT_EQ(profile.Rows(model), c.rows) << what;
+  }
+  EXPECT_EQ(prompts.addSiteAsked.front(), (std::vector<uint32_t>{92002, 31007}));
+  EXPECT_EQ(KnownSiteNames(*profile.settings),
+            (Texts{"b.com", "d.com", "C.com", "\xC3\xA4.example"}));
+  // Both pairs of the camera dialog take the choice.
+  SMSettingsManager reread(*profile.platform);
+  for (SitePermission permission : {SitePermission::kCameraOther, SitePermission::kCameraSecure}) {
+    EXPECT_EQ(ReadSiteChoice(reread, "C.com", permission), kChoiceBlock);
+    EXPECT_EQ(ReadSiteChoice(reread, "b.com", permission), kChoiceAllow);
+  }
+  EXPECT_EQ(profile.Rows(model, 1)[0], "Allow");
+}
+
+TEST(SiteListModel, RemoveSkipsNoRowAndKeepsWhatCannotGo) {
+  ListProfile profile({"a.com", "b.com", "c.com", "d.com", "e.com"});
+  for (const char* site : {"a.com", "b.com", "e.com"}) {
+    WriteFileBytes(profile.DataFile(site), "x");
+  }
+  profile.Reopen();
+  SiteListModel model(SiteListKind::kPeerNetworking, *profile.settings, profile.strings, LowerKey);
+  model.Fill();
+  // d.com leaves "domains" behind the list's back: its row stays and stays selected.
+  SettingArray domains;
+  for (const char* site : {"a.com", "b.com", "c.com", "e.com"}) {
+    domains.Append(SettingValue::Boolean(site, true));
+  }
+  ASSERT_TRUE(profile.settings->SetValue(kMaster, SettingValue::Array("domains", domains)));
+  EXPECT_EQ(model.RemoveRows({0, 1, 3, 4}), (std::vector<size_t>{1}));
+  EXPECT_EQ(profile.Rows(model), (Texts{"c.com", "d.com"}));
+  for (const char* site : {"a.com", "b.com", "e.com"}) {
+    EXPECT_FALSE(fs::exists(profile.DataFile(site))) << site;
+    EXPECT_FALSE(fs::exists(profile.SiteFile(site))) << site;
+  }
+  EXPECT_EQ(KnownSiteNames(*profile.settings), (Texts{"c.com"}));
+}

@@ -1,0 +1,202 @@
+#include "layout_check.h"
+
+// clang-format off
+#include <windows.h>
+#include <commctrl.h>
+// clang-format on
+
+#include <algorithm>
+
+#include "app_driver.h"
+#include "platform/win32/utf16.h"
+
+namespace {
+
+// Room the button control keeps for itself: the frame of a push button, the box and the space
+// after it of a radio button or check box.
+constexpr int kPushButtonFrame = 6;
+constexpr int kBoxAndGap = 16;
+// Space a list view keeps on both sides of a cell's text.
+constexpr int kCellPadding = 12;
+
+struct Control {
+  HWND window;
+  int id;
+  std::wstring className;
+  LONG style;
+  std::wstring text;
+  RECT bounds;  // screen coordinates
+};
+
+std::wstring ClassOf(HWND window) {
+  wchar_t name[64] = {};
+  GetClassNameW(window, name, 64);
+  return name;
+}
+
+std::wstring TextOf(HWND window) {
+  wchar_t text[4096] = {};
+  SendMessageW(window, WM_GETTEXT, 4096, reinterpret_cast<LPARAM>(text));
+  return text;
+}
+
+// What a link shows: no <a> markers, no carriage returns.
+std::wstring Shown(std::wstring text) {
+  for (const wchar_t* mark : {L"<a>", L"</a>", L"\r"}) {
+    for (size_t at = text.find(mark); at != std::wstring::npos; at = text.find(mark)) {
+      text.erase(at, wcslen(mark));
+    }
+  }
+  return text;
+}
+
+std::string Describe(const Control& control) {
+  std::string text = ToUtf8(control.text.substr(0, 40)).value_or("?");
+  return "control " + std::to_string(control.id) + " (" + ToUtf8(control.className).value_or("?") +
+         " \"" + text + "\")";
+}
+
+std::string Size(int width, int height) {
+  return std::to_string(width) + "x" + std::to_string(height);
+}
+
+// The font every dialog template of the program names: 8 points of the shell's dialog face.
+HFONT CreateDialogFont() {
+  HDC screen = GetDC(nullptr);
+  int height = -MulDiv(8, GetDeviceCaps(screen, LOGPIXELSY), 72);
+  ReleaseDC(nullptr, screen);
+  return CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0,
+                     PROOF_QUALITY, FF_DONTCARE, L"MS Shell Dlg");
+}
+
+// The room the text needs when wrapped at `width`; its width exceeds `width` when one word
+// alone is wider.
+SIZE Wrapped(HDC dc, const std::wstring& text, int width) {
+  RECT needed{0, 0, std::max(width, 1), 0};
+  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &needed,
+            DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);
+  return SIZE{needed.right, needed.bottom};
+}
+
+// The room of the text with its own line breaks only.
+SIZE AsGiven(HDC dc, const std::wstring& text) {
+  RECT needed{0, 0, 0, 0};
+  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &needed,
+            DT_CALCRECT | DT_NOPREFIX | DT_EXPANDTABS);
+  return SIZE{needed.right, needed.bottom};
+}
+
+SIZE OneLine(HDC dc, const std::wstring& text) {
+  SIZE extent{};
+  GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
+  return extent;
+}
+
+// The text's room inside the control; false when the control shows no text of its own.
+bool TextRoom(const Control& control, int* width, int* height, bool* wraps) {
+  int fullWidth = control.bounds.right - control.bounds.left;
+  *height = control.bounds.bottom - control.bounds.top;
+  if (control.className == L"Static") {
+    LONG type = control.style & SS_TYPEMASK;
+    *width = fullWidth;
+    *wraps = type != SS_LEFTNOWORDWRAP;
+    return type == SS_LEFT || type == SS_RIGHT || type == SS_CENTER || type == SS_LEFTNOWORDWRAP;
+  }
+  if (control.className == L"Button") {
+    LONG type = control.style & BS_TYPEMASK;
+    if (type == BS_GROUPBOX || type == BS_OWNERDRAW) return false;
+    bool push = type == BS_PUSHBUTTON || type == BS_DEFPUSHBUTTON;
+    *width = fullWidth - (push ? kPushButtonFrame : kBoxAndGap);
+    *wraps = (control.style & BS_MULTILINE) != 0;
+    return true;
+  }
+  if (_wcsicmp(control.className.c_str(), WC_LINK) == 0) {
+    // Wine's link control breaks a long line inside a word: a link's lines must fit as given.
+    *width = fullWidth;
+    *wraps = false;
+    return true;
+  }
+  return false;
+}
+
+void CheckText(HDC dc, const Control& control, std::vector<std::string>& problems) {
+  int width = 0;
+  int height = 0;
+  bool wraps = false;
+  std::wstring text = Shown(control.text);
+  if (text.empty() || !TextRoom(control, &width, &height, &wraps)) return;
+  SIZE needed = wraps ? Wrapped(dc, text, width) : AsGiven(dc, text);
+  if (needed.cx > width || needed.cy > height) {
+    problems.push_back(Describe(control) + ": the text needs " + Size(needed.cx, needed.cy) +
+                       ", the control gives " + Size(width, height));
+  }
+}
+
+// Rows are filled after the layout ran, in columns of fixed widths: every cell must fit.
+void CheckListCells(HDC dc, const Control& list, std::vector<std::string>& problems) {
+  auto header = reinterpret_cast<HWND>(SendMessageW(list.window, LVM_GETHEADER, 0, 0));
+  int columns =
+      header != nullptr ? static_cast<int>(SendMessageW(header, HDM_GETITEMCOUNT, 0, 0)) : 0;
+  for (int row = 0; row < ListRowCount(list.window); ++row) {
+    for (int column = 0; column < columns; ++column) {
+      std::wstring text = ListRowText(list.window, row, column);
+      auto width = static_cast<int>(SendMessageW(list.window, LVM_GETCOLUMNWIDTH, column, 0));
+      SIZE needed = OneLine(dc, text);
+      if (needed.cx + kCellPadding > width) {
+        problems.push_back(Describe(list) + " row " + std::to_string(row) + " column " +
+                           std::to_string(column) + " \"" + ToUtf8(text).value_or("?") +
+                           "\": the text needs " + std::to_string(needed.cx + kCellPadding) +
+                           ", the column gives " + std::to_string(width));
+      }
+    }
+  }
+}
+
+bool Overlap(const RECT& a, const RECT& b) {
+  RECT both{};
+  return IntersectRect(&both, &a, &b) != FALSE;
+}
+
+}  // namespace
+
+std::vector<std::string> LayoutProblems(HWND container) {
+  std::vector<Control> controls;
+  for (HWND child = GetWindow(container, GW_CHILD); child != nullptr;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    if (!IsWindowVisible(child)) continue;
+    Control control{child,          GetDlgCtrlID(child),
+                    ClassOf(child), GetWindowLongW(child, GWL_STYLE),
+                    TextOf(child),  {}};
+    GetWindowRect(child, &control.bounds);
+    controls.push_back(control);
+  }
+  RECT client{};
+  GetClientRect(container, &client);
+  MapWindowPoints(container, nullptr, reinterpret_cast<POINT*>(&client), 2);
+  // A mirrored window maps its left edge to the right.
+  if (client.left > client.right) std::swap(client.left, client.right);
+
+  std::vector<std::string> problems;
+  HDC dc = GetDC(nullptr);
+  HFONT font = CreateDialogFont();
+  HGDIOBJ previous = SelectObject(dc, font);
+  for (size_t index = 0; index < controls.size(); ++index) {
+    const Control& control = controls[index];
+    CheckText(dc, control, problems);
+    if (control.className == WC_LISTVIEWW) CheckListCells(dc, control, problems);
+    const RECT& box = control.bounds;
+    if (box.left < client.left || box.top < client.top || box.right > client.right ||
+        box.bottom > client.bottom) {
+      problems.push_back(Describe(control) + ": lies outside its parent");
+    }
+    for (size_t other = index + 1; other < controls.size(); ++other) {
+      if (Overlap(box, controls[other].bounds)) {
+        problems.push_back(Describe(control) + " overlaps " + Describe(controls[other]));
+      }
+    }
+  }
+  SelectObject(dc, previous);
+  DeleteObject(font);
+  ReleaseDC(nullptr, dc);
+  return problems;
+}

@@ -1,0 +1,130 @@
+// Opens every page and dialog of the real program in the language this process was started
+// with, checks that no text is cut off and no control lies outside its parent or over another,
+// and saves a picture of each. One language per process: the program takes its interface
+// language from the locale it starts with, and the driver's is the same.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "app_driver.h"
+#include "dialogs/trusted_locations_ids.h"
+#include "l10n/string_table.h"
+#include "layout_check.h"
+#include "pages/advanced_page_ids.h"
+#include "pages/camera_mic_page_ids.h"
+#include "pages/playback_page_ids.h"
+#include "pages/storage_page_ids.h"
+#include "platform/win32/utf16.h"
+#include "ui_profile.h"
+#include "window_shot.h"
+
+namespace {
+
+const char* const kPageNames[] = {"storage", "camera-and-mic", "playback", "updates", "advanced"};
+
+// A dialog opened by a button, and the dialogs its own buttons open.
+struct DialogCase {
+  int buttonId;
+  const char* name;
+  std::vector<DialogCase> nested;
+};
+
+struct PageDialogs {
+  int tab;
+  std::vector<DialogCase> dialogs;
+};
+
+const std::vector<PageDialogs>& DialogsByPage() {
+  static const std::vector<PageDialogs> table{
+      {0, {{IDC_STORAGE_DELETE_ALL, "clear-data", {}}}},
+      {4, {{IDC_TRUSTED_LOCATIONS, "trusted-locations", {{IDC_TRUSTED_ADD, "add-location", {}}}}}},
+  };
+  return table;
+}
+
+std::wstring WindowsPath(std::wstring path) {
+  for (wchar_t& c : path) {
+    if (c == L'/') c = L'\\';
+  }
+  return L"Z:" + path;
+}
+
+std::string Joined(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += "\n  " + line;
+  return text;
+}
+
+class LayoutTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const char* name = std::getenv("VP_LAYOUT_LANGUAGE");
+    language_ = name != nullptr ? name : "en-US";
+    shots_ = WindowsPath(VP_LAYOUT_SHOTS_DIR L"/") + ToUtf16(language_).value_or(L"unknown");
+    CreateDirectoryW(WindowsPath(VP_LAYOUT_SHOTS_DIR).c_str(), nullptr);
+    CreateDirectoryW(shots_.c_str(), nullptr);
+  }
+
+  // Checks one page or dialog and saves its picture (of the whole sheet for a page).
+  void Inspect(HWND container, HWND pictured, const std::string& name) {
+    SendMessageW(container, WM_NULL, 0, 0);
+    std::vector<std::string> problems = LayoutProblems(container);
+    EXPECT_TRUE(problems.empty()) << language_ << " " << name << ":" << Joined(problems);
+    std::wstring file = shots_ + L"\\" + ToUtf16(name).value_or(L"") + L".png";
+    EXPECT_TRUE(SaveWindowPng(pictured, file)) << ToUtf8(file).value_or("?");
+  }
+
+  // Clicks the button, waits for the dialog it opens, inspects it and what it opens, closes it.
+  void InspectDialog(HWND owner, const DialogCase& dialogCase) {
+    ASSERT_NE(GetDlgItem(owner, dialogCase.buttonId), nullptr) << dialogCase.name;
+    std::set<HWND> open;
+    FindDialogOfProcess(app_.processId(), [&](HWND window) {
+      open.insert(window);
+      return false;
+    });
+    Click(owner, dialogCase.buttonId);
+    HWND dialog = app_.WaitForDialog(
+        [&](HWND window) { return open.count(window) == 0 && IsWindowEnabled(window); });
+    ASSERT_NE(dialog, nullptr) << "the dialog " << dialogCase.name << " did not open";
+    Inspect(dialog, dialog, dialogCase.name);
+    for (const DialogCase& nested : dialogCase.nested) InspectDialog(dialog, nested);
+    PostMessageW(dialog, WM_CLOSE, 0, 0);
+    ASSERT_TRUE(WaitFor([&] { return !IsWindow(dialog); }))
+        << "the dialog " << dialogCase.name << " did not close";
+  }
+
+  std::string language_;
+  std::wstring shots_;
+  UiProfile profile_;
+  AppUnderTest app_;
+};
+
+TEST_F(LayoutTest, EveryPageAndDialogFitsItsTexts) {
+  // A run that silently fell back to English would prove nothing about the other columns.
+  const char* column = std::getenv("VP_LAYOUT_COLUMN");
+  ASSERT_NE(column, nullptr) << "VP_LAYOUT_COLUMN names the column this locale must select";
+  ASSERT_EQ(StringTableLanguageFor(GetUserDefaultUILanguage()), std::atoi(column))
+      << "the locale did not select the language " << language_;
+
+  // Both plug-ins, so that the Updates page is there with both version lines; a few sites.
+  profile_.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");
+  profile_.AddPlayer(PlayerKind::Ppapi, L"32.0.0.466");
+  ASSERT_TRUE(profile_.AddSites({"www.example.com", "media.example.org", "localhost"}));
+  ASSERT_TRUE(app_.Start(L"startupdialog=storage"));
+  ASSERT_EQ(app_.TabCount(), 5);
+
+  for (int tab = 0; tab < 5; ++tab) {
+    HWND page = app_.SelectTab(tab);
+    ASSERT_NE(page, nullptr) << kPageNames[tab];
+    Inspect(page, app_.sheet(), std::to_string(tab + 1) + "-" + kPageNames[tab]);
+  }
+  for (const PageDialogs& page : DialogsByPage()) {
+    HWND window = app_.SelectTab(page.tab);
+    for (const DialogCase& dialog : page.dialogs) InspectDialog(window, dialog);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,295 @@
+// The settings-by-site dialogs and the add-site dialog in the real program: opened from their
+// pages, driven through their list, combos and buttons, and checked in the files on disk.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "app_driver.h"
+#include "dialogs/add_site_ids.h"
+#include "dialogs/site_list_https_ids.h"
+#include "dialogs/site_list_ids.h"
+#include "dialogs/site_list_logic.h"
+#include "l10n/string_table.h"
+#include "pages/camera_mic_page_ids.h"
+#include "pages/playback_page_ids.h"
+#include "pages/storage_page_ids.h"
+#include "platform/win32/utf16.h"
+#include "platform/win32/win32_platform.h"
+#include "platform/win32/win32_system.h"
+#include "ui_profile.h"
+
+namespace {
+
+std::wstring Wide(const std::string& text) {
+  return ToUtf16(text).value_or(L"");
+}
+
+struct PageButton {
+  int tab;
+  int buttonId;
+  uint32_t titleId;
+};
+constexpr PageButton kStorageButton{0, IDC_STORAGE_BY_SITE, 61009};
+constexpr PageButton kCameraButton{1, IDC_CAMERA_MIC_BY_SITE, 61005};
+constexpr PageButton kPeerButton{2, IDC_P2P_BY_SITE, 61007};
+
+class SiteListTest : public ::testing::Test {
+ protected:
+  // Opens the dialog from its page in the running program; null when it did not appear.
+  HWND Open(const PageButton& button) {
+    page = app.SelectTab(button.tab);
+    Click(page, button.buttonId);
+    return app.WaitForDialog(WithCaption(UserText(button.titleId)));
+  }
+  std::vector<std::wstring> Column(HWND list, int column) {
+    std::vector<std::wstring> texts;
+    for (int row = 0; row < ListRowCount(list); ++row) {
+      texts.push_back(ListRowText(list, row, column));
+    }
+    return texts;
+  }
+  void Close(HWND dialog) { EXPECT_TRUE(Answer(dialog, IDC_SITE_LIST_CLOSE)); }
+  // A file of data the site stored, of this many bytes; its path.
+  std::string WriteStored(const std::string& site, size_t bytes) {
+    const std::string path = profile.StoredDataFile(site);
+    if (std::FILE* file = _wfopen(Wide(path).c_str(), L"wb")) {
+      std::fputs(std::string(bytes, 'x').c_str(), file);
+      std::fclose(file);
+    }
+    return path;
+  }
+  std::optional<double> Number(const std::string& site, const char* name) {
+    std::optional<SettingValue> value = profile.Stored(site, name);
+    return ValueAs<double>(value ? &*value : nullptr);
+  }
+  std::optional<bool> Boolean(const std::string& site, const char* name) {
+    std::optional<SettingValue> value = profile.Stored(site, name);
+    return ValueAs<bool>(value ? &*value : nullptr);
+  }
+
+  UiProfile profile;
+  AppUnderTest app;
+  HWND page = nullptr;
+};
+
+// The order of a list view with the ascending sort style, which the program reproduces.
+std::vector<std::wstring> SortedListViewOrder(const std::vector<std::string>& names) {
+  HWND list = CreateWindowExW(0, WC_LISTVIEWW, L"", WS_POPUP | LVS_REPORT | LVS_SORTASCENDING, 0, 0,
+                              200, 200, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+  LVCOLUMNW column{};
+  column.mask = LVCF_WIDTH;
+  column.cx = 100;
+  SendMessageW(list, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+  for (const std::string& name : names) {
+    std::wstring text = Wide(name);
+    LVITEMW item{};
+    item.mask = LVIF_TEXT;
+    item.iItem = ListRowCount(list);
+    item.pszText = text.data();
+    SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+  }
+  std::vector<std::wstring> order;
+  for (int row = 0; row < ListRowCount(list); ++row) {
+    wchar_t text[256] = {};
+    LVITEMW item{};
+    item.pszText = text;
+    item.cchTextMax = 256;
+    SendMessageW(list, LVM_GETITEMTEXTW, row, reinterpret_cast<LPARAM>(&item));
+    order.push_back(text);
+  }
+  DestroyWindow(list);
+  return order;
+}
+
+}  // namespace
+
+TEST_F(SiteListTest, RowsComeInTheOrderOfASortedListView) {
+  // Case, digits, '-', '.', '_', apostrophes and letters beyond ASCII; "xy" and "x\u00ADy"
+  // (with a soft hyphen) compare equal, so their order depends on which was listed last.
+  const std::vector<std::string> names = {
+      "b.com",    "B.com",        "a-b.com",    "ab.com",         "a.com",        "a1.com",
+      "a10.com",  "a2.com",       "Zeta.org",   "zeta.org",       "\xC3\xA4.com", "\xC3\x84.com",
+      "z.com",    "\xC3\x9F.com", "-a.com",     "a_b.com",        "A.com",        "x--y",
+      "xy",       "x-y",          "x\xC2\xADy", "1.com",          "\xD0\xB0.ru",  "co.op.net",
+      "coop.net", "co-op.net",    "a'b.com",    "\xE6\x97\xA5.jp"};
+  Win32System system;
+  Win32PlatformServices platform(system);
+  SMSettingsManager settings(platform);
+  // Listed in memory only: the order is the question here, not the sites' files.
+  SettingArray domains;
+  for (const std::string& name : names) domains.Append(SettingValue::Boolean(name, true));
+  ASSERT_TRUE(settings.SetValue(SMSettingsManager::MasterDomain(),
+                                SettingValue::Array("domains", domains)));
+  SMFixedLanguageStringTable strings(0);
+  SiteListModel model(SiteListKind::kPeerNetworking, settings, strings,
+                      [&](const std::string& site) { return system.DisplaySortKey(site); });
+  model.Fill();
+  std::vector<std::wstring> shown;
+  for (size_t row = 0; row < model.RowCount(); ++row) shown.push_back(Wide(model.SiteAt(row)));
+  EXPECT_EQ(shown, SortedListViewOrder(names));
+}
+
+TEST_F(SiteListTest, EachDialogOpensFromItsPageWithItsSitesAndCloses) {
+  ASSERT_TRUE(profile.AddSites({"b.example", "C.example", "a.example"}));
+  for (const PageButton& button : {kStorageButton, kCameraButton, kPeerButton}) {
+    SCOPED_TRACE(button.titleId);
+    ASSERT_TRUE(app.Start());
+    HWND dialog = Open(button);
+    ASSERT_NE(dialog, nullptr);
+    HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
+    EXPECT_EQ(Column(list, 0),
+              (std::vector<std::wstring>{L"a.example", L"b.example", L"C.example"}));
+    EXPECT_EQ(ListRowText(list, 0, 1), button.titleId == 61009 ? L"0 bytes" : UserText(11101));
+    // Nothing selected: nothing to remove or change.
+    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)));
+    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE)));
+    EXPECT_EQ(WindowText(GetDlgItem(dialog, IDC_SITE_LIST_ADD)), UserText(11005));
+    Close(dialog);
+  }
+}
+
+TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
+  ASSERT_TRUE(profile.AddSites({"a.example", "b.example", "c.example"}));
+  const std::string stored = WriteStored("a.example", 3000);
+  ASSERT_TRUE(app.Start());
+  HWND dialog = Open(kStorageButton);
+  ASSERT_NE(dialog, nullptr);
+  HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
+  EXPECT_EQ(ListRowText(list, 0, 1), L"2 kB");
+  SelectListRows(list, {0, 2});
+  ASSERT_TRUE(WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)); }));
+  // Both are Allow: the combo shows it.
+  EXPECT_EQ(SendMessageW(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE), CB_GETCURSEL, 0, 0),
+            kChoiceAllow);
+  ChooseComboItem(dialog, IDC_SITE_LIST_CHOICE, kChoiceBlock);
+  EXPECT_EQ(Column(list, 2),
+            (std::vector<std::wstring>{UserText(11100), UserText(11102), UserText(11100)}));
+  EXPECT_EQ(ListRowText(list, 0, 1), L"0 bytes");
+  EXPECT_EQ(Number("a.example", "klimit"), -1.0);
+  EXPECT_EQ(Number("b.example", "klimit"), 100.0);
+  EXPECT_EQ(Number("c.example", "klimit"), -1.0);
+  EXPECT_EQ(GetFileAttributesW(Wide(stored).c_str()), INVALID_FILE_ATTRIBUTES);
+  // Rows that differ leave the combo empty.
+  SelectListRows(list, {0, 1});
+  EXPECT_TRUE(WaitFor([&] {
+    return SendMessageW(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE), CB_GETCURSEL, 0, 0) == -1;
+  }));
+  Close(dialog);
+
+  // The camera list: each combo writes its own pair.
+  ASSERT_TRUE(app.Start());
+  dialog = Open(kCameraButton);
+  ASSERT_NE(dialog, nullptr);
+  list = GetDlgItem(dialog, IDC_SITE_LIST_HTTPS_VIEW);
+  SelectListRows(list, {1, 2});
+  ChooseComboItem(dialog, IDC_SITE_LIST_HTTPS_SECURE_CHOICE, kChoiceAllow);
+  ChooseComboItem(dialog, IDC_SITE_LIST_HTTPS_OTHER_CHOICE, kChoiceBlock);
+  for (const char* site : {"b.example", "c.example"}) {
+    EXPECT_EQ(Boolean(site, "alwayssecure"), true) << site;
+    EXPECT_EQ(Boolean(site, "allowsecure"), true) << site;
+    EXPECT_EQ(Boolean(site, "always"), true) << site;
+    EXPECT_EQ(Boolean(site, "allow"), false) << site;
+  }
+  EXPECT_EQ(Boolean("a.example", "allowsecure"), false);
+  EXPECT_EQ(ListRowText(list, 1, 1), UserText(11102));
+  EXPECT_EQ(ListRowText(list, 1, 2), UserText(11100));
+}
+
+TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
+  ASSERT_TRUE(profile.AddSites({"a.example", "c.example"}));
+  ASSERT_TRUE(app.Start());
+  HWND dialog = Open(kPeerButton);
+  ASSERT_NE(dialog, nullptr);
+  HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
+  auto openAdd = [&] {
+    Click(dialog, IDC_SITE_LIST_ADD);
+    return app.WaitForDialog(WithCaption(UserText(92003)));
+  };
+  auto type = [](HWND edit, const std::wstring& text) {
+    for (wchar_t c : text) SendMessageW(edit, WM_CHAR, c, 0);
+  };
+
+  HWND add = openAdd();
+  ASSERT_NE(add, nullptr);
+  HWND edit = GetDlgItem(add, IDC_ADD_SITE_DOMAIN);
+  HWND ok = GetDlgItem(add, IDOK);
+  EXPECT_FALSE(IsWindowEnabled(ok));
+  EXPECT_EQ(FocusOfThread(add), edit);
+  EXPECT_EQ(SendMessageW(GetDlgItem(add, IDC_ADD_SITE_CHOICE), CB_GETCURSEL, 0, 0), 0);
+  type(edit, L"x");
+  EXPECT_TRUE(IsWindowEnabled(ok));
+  SendMessageW(edit, WM_CHAR, VK_BACK, 0);
+  EXPECT_FALSE(IsWindowEnabled(ok));
+  // Escape cancels: nothing is added.
+  PostMessageW(edit, WM_KEYDOWN, VK_ESCAPE, 0);
+  ASSERT_TRUE(WaitFor([&] { return !IsWindow(add); }));
+  EXPECT_EQ(ListRowCount(list), 2);
+
+  add = openAdd();
+  ASSERT_NE(add, nullptr);
+  type(GetDlgItem(add, IDC_ADD_SITE_DOMAIN), L"B.example");
+  ChooseComboItem(add, IDC_ADD_SITE_CHOICE, kChoiceBlock);
+  ASSERT_TRUE(Answer(add, IDOK));
+  ASSERT_TRUE(WaitFor([&] { return ListRowCount(list) == 3; }));
+  EXPECT_EQ(Column(list, 0), (std::vector<std::wstring>{L"a.example", L"B.example", L"c.example"}));
+  EXPECT_EQ(ListSelectedRows(list), std::vector<int>{1});
+  EXPECT_EQ(FocusOfThread(dialog), list);
+  EXPECT_EQ(ListRowText(list, 1, 1), UserText(11100));
+  EXPECT_EQ(Boolean("B.example", "p2palways"), true);
+  EXPECT_EQ(Boolean("B.example", "p2pallow"), false);
+
+  // One blank is a name as far as the dialog goes; the list shows it when the store kept it.
+  add = openAdd();
+  ASSERT_NE(add, nullptr);
+  type(GetDlgItem(add, IDC_ADD_SITE_DOMAIN), L" ");
+  EXPECT_TRUE(IsWindowEnabled(GetDlgItem(add, IDOK)));
+  ASSERT_TRUE(Answer(add, IDOK));
+  SendMessageW(dialog, WM_NULL, 0, 0);
+  std::optional<SettingValue> domains =
+      profile.Stored(SMSettingsManager::MasterDomain(), "domains");
+  ASSERT_TRUE(domains.has_value());
+  bool kept = false;
+  for (const SettingValue& element : domains->array()) kept = kept || element.name() == " ";
+  std::vector<std::wstring> rows = Column(list, 0);
+  EXPECT_EQ(std::count(rows.begin(), rows.end(), L" "), kept ? 1 : 0);
+  if (kept) {
+    EXPECT_EQ(ListSelectedRows(list), std::vector<int>{0});
+  } else {
+    EXPECT_TRUE(ListSelectedRows(list).empty());
+  }
+}
+
+TEST_F(SiteListTest, RemoveTakesEverySelectedRowAndThePageIsReadAgainOnClose) {
+  ASSERT_TRUE(profile.AddSites({"a.example", "b.example", "c.example", "d.example", "e.example"}));
+  const std::string stored = WriteStored("c.example", 10);
+  ASSERT_TRUE(app.Start());
+  HWND dialog = Open(kStorageButton);
+  ASSERT_NE(dialog, nullptr);
+  HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
+  SelectListRows(list, {0, 2, 3});
+  ASSERT_TRUE(WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)); }));
+  Click(dialog, IDC_SITE_LIST_REMOVE);
+  ASSERT_TRUE(WaitFor([&] { return ListRowCount(list) == 2; }));
+  EXPECT_EQ(Column(list, 0), (std::vector<std::wstring>{L"b.example", L"e.example"}));
+  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)));
+  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE)));
+  for (const char* site : {"a.example", "c.example", "d.example"}) {
+    EXPECT_TRUE(profile.FileBytes(site).empty()) << site;
+  }
+  EXPECT_FALSE(profile.FileBytes("b.example").empty());
+  EXPECT_EQ(GetFileAttributesW(Wide(stored).c_str()), INVALID_FILE_ATTRIBUTES);
+
+  // The page shows a stale choice while the dialog is open; closing it reads the settings again.
+  SendMessageW(GetDlgItem(page, IDC_STORAGE_ALLOW), BM_SETCHECK, BST_UNCHECKED, 0);
+  SendMessageW(GetDlgItem(page, IDC_STORAGE_BLOCK), BM_SETCHECK, BST_CHECKED, 0);
+  Close(dialog);
+  EXPECT_TRUE(WaitFor([&] { return IsChecked(page, IDC_STORAGE_ALLOW); }));
+  EXPECT_FALSE(IsChecked(page, IDC_STORAGE_BLOCK));
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+// Saves what the screen shows of a window (frame included) as a PNG file; false when the
+// picture could not be taken or written.
+bool SaveWindowPng(HWND window, const std::wstring& path);
