@@ -224,6 +224,12 @@ int main(int argc, char** argv) {
             ApplyStorageChoice(settings, prompts, kStorageBlock, choice) == choice && allStored;
       }));
     }
+    // Each run as it ends: a long run under Wine shows its progress.
+    std::fprintf(stderr, "run %d:", run + 1);
+    for (const auto& [name, values] : figures) {
+      std::fprintf(stderr, " %s %.3f;", name.c_str(), values.back());
+    }
+    std::fprintf(stderr, "\n");
   }
   fs::remove_all(root);
   if (!allStored) {
