@@ -2,6 +2,9 @@
 
 #include <commctrl.h>
 
+#include <utility>
+#include <vector>
+
 #include "app/page_text.h"
 #include "platform/win32/utf16.h"
 
@@ -27,11 +30,38 @@ HANDLE VisualStylesContext() {
   return context;
 }
 
+// Mirrors a window whose children already exist, as if it had been created mirrored: each child
+// is mirrored in turn and put back at its logical position, which now counts from the right.
+void MirrorWithChildren(HWND window, LONG addedStyles) {
+  std::vector<std::pair<HWND, RECT>> children;
+  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    RECT place{};
+    GetWindowRect(child, &place);
+    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+    children.emplace_back(child, place);
+  }
+  SetWindowLongW(window, GWL_EXSTYLE, GetWindowLongW(window, GWL_EXSTYLE) | addedStyles);
+  for (const auto& [child, place] : children) {
+    MirrorWithChildren(child, WS_EX_LAYOUTRTL);
+    MoveWindow(child, place.left, place.top, place.right - place.left, place.bottom - place.top,
+               FALSE);
+  }
+}
+
 }  // namespace
 
 void MakeRightToLeft(HWND window) {
   LONG style = GetWindowLongW(window, GWL_EXSTYLE);
-  SetWindowLongW(window, GWL_EXSTYLE, style | kRightToLeftStyles);
+  // A page inherits the mirrored layout from its sheet when it is created, and its controls
+  // from it. A modal dialog is mirrored only here, after its controls exist, which would keep
+  // their places on the screen and their own left-to-right drawing.
+  if ((style & WS_EX_LAYOUTRTL) != 0) {
+    SetWindowLongW(window, GWL_EXSTYLE, style | kRightToLeftStyles);
+    return;
+  }
+  MirrorWithChildren(window, kRightToLeftStyles);
+  InvalidateRect(window, nullptr, TRUE);
 }
 
 bool SMDialogObject::ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,

@@ -18,19 +18,8 @@ using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
 const char* PageName(SMPageKind kind) {
-  switch (kind) {
-    case SMPageKind::kStorage:
-      return "Storage";
-    case SMPageKind::kCameraMic:
-      return "CameraMic";
-    case SMPageKind::kPlayback:
-      return "Playback";
-    case SMPageKind::kUpdates:
-      return "Updates";
-    case SMPageKind::kAdvanced:
-      return "Advanced";
-  }
-  return "?";
+  static const char* const kNames[] = {"Storage", "CameraMic", "Playback", "Updates", "Advanced"};
+  return kNames[static_cast<int>(kind)];
 }
 
 // Records what the entry asks of the sheet, and when, in one log shared with the objects.
@@ -79,35 +68,12 @@ class Logged : public Base {
   const char* name_;
 };
 
-// Wraps the build's own platform so that its end shows in the log.
-class LoggedPlatform : public SMPlatformServices {
- public:
-  LoggedPlatform(SMSystem& system, std::vector<std::string>& log)
-      : SMPlatformServices(system), inner_(MakeNativePlatform(system)), log_(log) {}
-  ~LoggedPlatform() override { log_.push_back("~platform"); }
-  bool DeleteTree(const std::string& path) override { return inner_->DeleteTree(path); }
-  bool RemoveTreeByAge(const std::string& path, uint64_t minAge, uint64_t maxAge) override {
-    return inner_->RemoveTreeByAge(path, minAge, maxAge);
-  }
-  uint64_t TreeSize(const std::string& path) override { return inner_->TreeSize(path); }
-  bool CreateFolder(const std::string& parent, const std::string& name) override {
-    return inner_->CreateFolder(parent, name);
-  }
-  std::optional<std::vector<std::string>> ListEntries(const std::string& folder) override {
-    return inner_->ListEntries(folder);
-  }
-
- private:
-  std::unique_ptr<SMPlatformServices> inner_;
-  std::vector<std::string>& log_;
-};
-
 class LoggingFactory : public SMAppFactory {
  public:
   explicit LoggingFactory(std::vector<std::string>& log) : log_(log) {}
   std::unique_ptr<SMPlatformServices> CreatePlatform(SMSystem& system) override {
     log_.push_back("platform");
-    return std::make_unique<LoggedPlatform>(system, log_);
+    return std::make_unique<Logged<NativePlatform>>(log_, "platform", system);
   }
   std::unique_ptr<SMSettingsManager> CreateSettings(SMPlatformServices& platform) override {
     log_.push_back("settings");

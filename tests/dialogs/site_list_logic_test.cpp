@@ -63,24 +63,29 @@ TEST(SiteListModel, FillsInListViewOrderWithWordsAndSizes) {
   ASSERT_TRUE(settings.SetValue("ab.com", SettingValue::Number("klimit", -1)));
   ASSERT_TRUE(settings.SetValue("c.net", SettingValue::Number("klimit", 0)));
   ASSERT_TRUE(settings.SetValue("a-b.com", SettingValue::Number("klimit", 5000)));
-  // An empty name is not listed; a duplicate is listed twice.
+  // An empty name is not listed; a duplicate is listed twice; names the store cannot turn into
+  // a path, and very long ones, are listed with the words for missing values.
+  const std::string longName(300, 'x');
   SettingArray domains = *settings.GetKnownSites();
-  domains.Append(SettingValue::Boolean("", true));
-  domains.Append(SettingValue::Boolean("c.net", true));
+  for (const std::string& name :
+       {std::string(), std::string("c.net"), std::string("a/b"), longName}) {
+    domains.Append(SettingValue::Boolean(name, true));
+  }
   settings.SetValue(kMaster, SettingValue::Array("domains", domains));
 
   SiteListModel model(SiteListKind::kStorage, settings, profile.strings, LowerKey);
   model.Fill();
   // Equal keys: the site listed last comes first, as a sorted list view inserts it.
-  EXPECT_EQ(profile.Rows(model), (Texts{"a-b.com", "ab.com", "b.org", "c.net", "c.net", "local"}));
-  EXPECT_EQ(profile.Rows(model, 1),
-            (Texts{"0 bytes", "0 bytes", "2 kB", "0 bytes", "0 bytes", "1000 bytes"}));
+  EXPECT_EQ(profile.Rows(model),
+            (Texts{"a/b", "a-b.com", "ab.com", "b.org", "c.net", "c.net", "local", longName}));
+  EXPECT_EQ(profile.Rows(model, 1), (Texts{"0 bytes", "0 bytes", "0 bytes", "2 kB", "0 bytes",
+                                           "0 bytes", "1000 bytes", "0 bytes"}));
   EXPECT_EQ(profile.Rows(model, 2),
-            (Texts{"Allow", "Block", "Allow", "Ask me", "Ask me", "Allow"}));
+            (Texts{"Allow", "Allow", "Block", "Allow", "Ask me", "Ask me", "Allow", "Allow"}));
 
   SiteListModel peers(SiteListKind::kPeerNetworking, settings, profile.strings, LowerKey);
   peers.Fill();
-  EXPECT_EQ(profile.Rows(peers, 1), (Texts(6, "Ask me")));
+  EXPECT_EQ(profile.Rows(peers, 1), (Texts(8, "Ask me")));
 }
 
 TEST(SiteListModel, CommonChoiceOfTheSelectedRows) {
@@ -163,6 +168,9 @@ TEST(SiteListModel, AddPutsTheSiteInItsSortedPlace) {
        {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
       // Names the store cannot keep are not added.
       {SMAddSiteAnswer{"a/b", kChoiceAllow},
+       {true, std::nullopt},
+       {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
+      {SMAddSiteAnswer{" ", kChoiceAllow},
        {true, std::nullopt},
        {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
       {SMAddSiteAnswer{kMaster, kChoiceAllow},

@@ -39,8 +39,29 @@ std::function<bool(HWND)> WithControl(int controlId) {
   return [controlId](HWND window) { return GetDlgItem(window, controlId) != nullptr; };
 }
 
+namespace {
+
+// Waits until the program's thread has taken every message posted to it before this call: a
+// marker posted behind them, a default-button id no control has, shows when it has been taken;
+// the sheet's own default id is put back. A click's handler runs from its posted message, so once
+// the marker is taken the handler has returned, its files written, or is showing a modal window.
+// (Reading a settings file while the program replaces it would make the program's write fail.)
+bool WaitForPostedMessages(HWND window) {
+  HWND top = GetAncestor(window, GA_ROOTOWNER);
+  constexpr WORD kMarkerId = 0x7FF1;
+  const LRESULT before = SendMessageW(top, DM_GETDEFID, 0, 0);
+  PostMessageW(top, DM_SETDEFID, kMarkerId, 0);
+  const bool taken = WaitFor(
+      [&] { return !IsWindow(top) || LOWORD(SendMessageW(top, DM_GETDEFID, 0, 0)) == kMarkerId; });
+  SendMessageW(top, DM_SETDEFID, HIWORD(before) == DC_HASDEFID ? LOWORD(before) : 0, 0);
+  return taken;
+}
+
+}  // namespace
+
 void Click(HWND dialog, int controlId) {
   PostMessageW(GetDlgItem(dialog, controlId), BM_CLICK, 0, 0);
+  WaitForPostedMessages(dialog);
 }
 
 bool Answer(HWND dialog, int buttonId) {

@@ -58,8 +58,8 @@ bool WaitFor(const std::function<bool()>& condition);
 std::function<bool(HWND)> WithCaption(const std::wstring& caption);
 std::function<bool(HWND)> WithControl(int controlId);
 
-// Clicks a button of a dialog. Posted, so that a dialog the click opens does not block the
-// driver.
+// Clicks a button of a dialog and returns once the program has handled the click, or is showing
+// the modal window the click opened (posted, so that such a window does not block the driver).
 void Click(HWND dialog, int controlId);
 // Clicks a button of a message box or modal dialog (IDOK, IDCANCEL, IDYES, ...) and waits for
 // the window to go; false when it stays.
