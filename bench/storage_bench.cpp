@@ -28,6 +28,7 @@
 #include "platform/system.h"
 #include "settings/settings_manager.h"
 #include "settings/settings_writer.h"
+#include "settings/site_permissions.h"
 
 #ifdef _WIN32
 #include "platform/win32/win32_platform.h"
@@ -208,10 +209,10 @@ int main(int argc, char** argv) {
       figures["block: delete all sites' data"].push_back(
           SecondsOf([&] { allStored = settings->RemoveAllSites(false) && allStored; }));
       figures["block: limit of every site"].push_back(SecondsOf([&] {
-        std::vector<std::string> names;
-        for (const SettingValue& site : *settings->GetKnownSites()) names.push_back(site.name());
+        const std::vector<std::string> names = KnownSiteNames(*settings);
         for (auto site = names.rbegin(); site != names.rend(); ++site) {
-          allStored = settings->SetValue(*site, SettingValue::Number("klimit", -1)) && allStored;
+          allStored = WriteSiteChoice(*settings, *site, SitePermission::kStorage, kChoiceBlock) &&
+                      allStored;
         }
       }));
     }
@@ -223,6 +224,12 @@ int main(int argc, char** argv) {
             ApplyStorageChoice(settings, prompts, kStorageBlock, choice) == choice && allStored;
       }));
     }
+    // Each run as it ends: a long run under Wine shows its progress.
+    std::fprintf(stderr, "run %d:", run + 1);
+    for (const auto& [name, values] : figures) {
+      std::fprintf(stderr, " %s %.3f;", name.c_str(), values.back());
+    }
+    std::fprintf(stderr, "\n");
   }
   fs::remove_all(root);
   if (!allStored) {

@@ -173,6 +173,10 @@ std::optional<DecodedSettings> SettingsFromJson(std::string_view text, std::stri
   } catch (const json::parse_error& failure) {
     *error = "malformed JSON at byte " + std::to_string(failure.byte) + ": " + failure.what();
     return std::nullopt;
+  } catch (const json::exception& failure) {
+    // A number too large for a double is reported this way, without a position.
+    *error = std::string("malformed JSON: ") + failure.what();
+    return std::nullopt;
   }
   try {
     DecodedSettings settings;

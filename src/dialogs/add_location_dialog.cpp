@@ -14,6 +14,19 @@
 
 namespace {
 
+// The file picker's library is loaded when the user first asks for it, not with the program:
+// it brings the printing system along, and every start of the sheet would wait for it.
+bool OpenFilePicker(OPENFILENAMEW& request) {
+  using GetOpenFileNameFunction = BOOL(WINAPI*)(OPENFILENAMEW*);
+  static const auto getOpenFileName = [] {
+    HMODULE library = LoadLibraryW(L"comdlg32.dll");
+    return library == nullptr ? nullptr
+                              : reinterpret_cast<GetOpenFileNameFunction>(reinterpret_cast<void*>(
+                                    GetProcAddress(library, "GetOpenFileNameW")));
+  }();
+  return getOpenFileName != nullptr && getOpenFileName(&request);
+}
+
 constexpr INT_PTR kConfirmed = 0;
 constexpr INT_PTR kCancelled = 1;
 
@@ -104,7 +117,7 @@ void AddLocationDialog::PickFile() {
   request.lpstrTitle = title.c_str();
   request.Flags =
       OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-  if (GetOpenFileNameW(&request)) ShowPickedPath(PickedPathText(path.data(), path.size()));
+  if (OpenFilePicker(request)) ShowPickedPath(PickedPathText(path.data(), path.size()));
 }
 
 void AddLocationDialog::PickFolder() {
@@ -117,5 +130,5 @@ void AddLocationDialog::PickFolder() {
   if (folder == nullptr) return;
   wchar_t path[MAX_PATH] = {};
   if (SHGetPathFromIDListW(folder, path)) ShowPickedPath(PickedPathText(path, MAX_PATH));
-  CoTaskMemFree(folder);
+  ILFree(folder);  // the shell's own allocation, freed by the shell
 }

@@ -94,11 +94,15 @@ uint64_t SizeOf(const std::wstring& path) {
 // Creates the folder, or, when that fails for another reason than its existence, the nearest
 // missing ancestor only. The player's step does not retry the folder itself afterwards, so
 // CreateFolder succeeds when at most the parent is missing; callers depend on nothing more.
-void EnsureFolder(const std::wstring& path) {
-  if (CreateDirectoryW(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS) return;
+// True when the folder itself was there or has been made.
+bool EnsureFolder(const std::wstring& path) {
+  if (CreateDirectoryW(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS) {
+    return true;
+  }
   size_t cut = path.rfind(L'\\');
-  if (cut == std::wstring::npos || cut == 0) return;
+  if (cut == std::wstring::npos || cut == 0) return false;
   EnsureFolder(path.substr(0, cut));
+  return false;
 }
 
 // Deletes a file, or a folder with everything in it, with the file API; false as soon as
@@ -184,7 +188,9 @@ bool Win32PlatformServices::CreateFolder(const std::string& parent, const std::s
   std::optional<std::wstring> wideParent = ToUtf16(parent);
   std::optional<std::wstring> wideName = ToUtf16(name);
   if (!wideParent || !wideName) return false;
-  EnsureFolder(*wideParent);
+  // "parent\\." is the parent itself: once the parent is there, creating it again can only
+  // find it there. Every settings write asks this, so the second call is saved.
+  if (EnsureFolder(*wideParent) && *wideName == L".") return true;
   std::wstring path = *wideParent + L"\\" + *wideName;
   return CreateDirectoryW(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS;
 }
