@@ -9,33 +9,14 @@ TEST(ParseBool, ReadsTextsAsThePlayerDoes) {
     std::string text;
     bool expected;
   };
+  // clang-format off
   const Case cases[] = {
-      {"TRUE", true},
-      {"Yes", true},
-      {"1", true},
-      {"-3", true},
-      {"2abc", true},
-      {"t", true},
-      {"Y", true},
-      {" 7", true},
-      {"+1", true},
-      {"", false},
-      {"false", false},
-      {"no", false},
-      {"0", false},
-      {"on", false},
-      {" yes", false},
-      {"yes ", false},
-      {"truex", false},
-      {"0x1", false},
-      {"-0", false},
-      {"tRuE", true},
-      {std::string("1\0", 2), true},
-      {std::string("\0"
-                   "1",
-                   2),
-       false},
-  };
+      {"TRUE", true}, {"tRuE", true}, {"Yes", true}, {"Y", true}, {"t", true}, {"1", true},
+      {"-3", true}, {"2abc", true}, {" 7", true}, {"+1", true}, {std::string("1\0", 2), true},
+      {"", false}, {"false", false}, {"no", false}, {"0", false}, {"-0", false}, {"on", false},
+      {" yes", false}, {"yes ", false}, {"truex", false}, {"0x1", false},
+      {std::string("\0" "1", 2), false}};
+  // clang-format on
   for (const Case& c : cases) {
     EXPECT_EQ(ParseBool(c.text), c.expected) << '"' << c.text << '"';
   }

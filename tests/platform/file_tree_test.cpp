@@ -252,17 +252,13 @@ TEST_F(FileTree, CreateFolderCreatesAtMostTheMissingParent) {
 }
 
 TEST_F(FileTree, ListEntriesPutsNumericNamesLastByValue) {
-  for (const char* name : {"b", "A", "10", "x1"}) Write(fs::path("list") / name, "");
-  fs::create_directories(temp.path() / "list" / "9");
-  EXPECT_EQ(platform->ListEntries(Path("list")),
-            (std::vector<std::string>{"A", "b", "x1", "9", "10"}));
-
-  for (const char* name : {"B", "a", "Z", "0100", "99", "1e3", "-5", "\xC3\xA9t\xC3\xA9"}) {
+  for (const char* name : {"B", "a", "Z", "0100", "1e3", "-5", "x1", "\xC3\xA9t\xC3\xA9"}) {
     Write(fs::path("more") / PathFromUtf8(name), "");
   }
-  EXPECT_EQ(
-      platform->ListEntries(Path("more")),
-      (std::vector<std::string>{"-5", "1e3", "B", "Z", "a", "\xC3\xA9t\xC3\xA9", "99", "0100"}));
+  fs::create_directories(temp.path() / "more" / "99");  // folders are listed too
+  EXPECT_EQ(platform->ListEntries(Path("more")),
+            (std::vector<std::string>{"-5", "1e3", "B", "Z", "a", "x1", "\xC3\xA9t\xC3\xA9", "99",
+                                      "0100"}));
   fs::create_directories(temp.path() / "empty");
   EXPECT_EQ(platform->ListEntries(Path("empty")), std::vector<std::string>{});
   EXPECT_EQ(platform->ListEntries(Path("missing")), std::vector<std::string>{});

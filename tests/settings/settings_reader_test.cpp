@@ -67,27 +67,6 @@ std::vector<std::string> Contents(const SettingsTable& table) {
 
 }  // namespace
 
-TEST(SettingsReader, ScalarReadsAreBigEndianAndShortReadsYieldZeroWithTheirMessage) {
-  const std::string bytes = Byte(0xAB) + U16(0x1234) + U32(0x89ABCDEF) + Double(-2.5) + "xy";
-  SMSettingsReader reader(bytes);
-  EXPECT_EQ(reader.ReadU8(), 0xAB);
-  EXPECT_EQ(reader.ReadU16(), 0x1234);
-  EXPECT_EQ(reader.ReadU32(), 0x89ABCDEFu);
-  EXPECT_EQ(reader.ReadDouble(), -2.5);
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(reader.ReadU32(), 0u);
-  EXPECT_EQ(reader.ReadDouble(), 0.0);
-  EXPECT_EQ(reader.position(), 15u);  // a short read does not move
-  EXPECT_EQ(reader.ReadU16(), 0x7879);
-  EXPECT_FALSE(reader.HasMore());
-  EXPECT_EQ(reader.ReadU8(), 0);
-  EXPECT_EQ(reader.ReadU16(), 0);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "SMSettingsReader: ReadU32() attempted to read beyond end-of-stream.\n" +
-                kReadDoublePast + kReadU8Past +
-                "SMSettingsReader: ReadU16() attempted to read beyond end-of-stream.\n");
-}
-
 TEST(SettingsReader, PStringIsCutAtZeroAndAnOverlongOneIsEmpty) {
   const std::string bytes = PString(std::string("ab\0cd", 5)) + U16(9) + "short";
   SMSettingsReader reader(bytes);
