@@ -52,12 +52,6 @@ class SiteListTest : public ::testing::Test {
     WriteFileBytes(PathFromUtf8(path), std::string(bytes, 'x'));
     return path;
   }
-  std::optional<double> Number(const std::string& site, const char* name) {
-    return profile.StoredAs<double>(site, name);
-  }
-  std::optional<bool> Boolean(const std::string& site, const char* name) {
-    return profile.StoredAs<bool>(site, name);
-  }
 
   UiProfile profile;
   AppUnderTest app;
@@ -149,9 +143,9 @@ TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
   EXPECT_EQ(ListRows(list, 2),
             (std::vector<std::wstring>{UserText(11100), UserText(11102), UserText(11100)}));
   EXPECT_EQ(ListRowText(list, 0, 1), L"0 bytes");
-  EXPECT_EQ(Number("a.example", "klimit"), -1.0);
-  EXPECT_EQ(Number("b.example", "klimit"), 100.0);
-  EXPECT_EQ(Number("c.example", "klimit"), -1.0);
+  EXPECT_EQ(profile.StoredAs<double>("a.example", "klimit"), -1.0);
+  EXPECT_EQ(profile.StoredAs<double>("b.example", "klimit"), 100.0);
+  EXPECT_EQ(profile.StoredAs<double>("c.example", "klimit"), -1.0);
   EXPECT_EQ(GetFileAttributesW(Wide(stored).c_str()), INVALID_FILE_ATTRIBUTES);
   // Rows that differ leave the combo empty.
   SelectListRows(list, {0, 1});
@@ -169,12 +163,12 @@ TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
   ChooseComboItem(dialog, IDC_SITE_LIST_HTTPS_SECURE_CHOICE, kChoiceAllow);
   ChooseComboItem(dialog, IDC_SITE_LIST_HTTPS_OTHER_CHOICE, kChoiceBlock);
   for (const char* site : {"b.example", "c.example"}) {
-    EXPECT_EQ(Boolean(site, "alwayssecure"), true) << site;
-    EXPECT_EQ(Boolean(site, "allowsecure"), true) << site;
-    EXPECT_EQ(Boolean(site, "always"), true) << site;
-    EXPECT_EQ(Boolean(site, "allow"), false) << site;
+    EXPECT_EQ(profile.StoredAs<bool>(site, "alwayssecure"), true) << site;
+    EXPECT_EQ(profile.StoredAs<bool>(site, "allowsecure"), true) << site;
+    EXPECT_EQ(profile.StoredAs<bool>(site, "always"), true) << site;
+    EXPECT_EQ(profile.StoredAs<bool>(site, "allow"), false) << site;
   }
-  EXPECT_EQ(Boolean("a.example", "allowsecure"), false);
+  EXPECT_EQ(profile.StoredAs<bool>("a.example", "allowsecure"), false);
   EXPECT_EQ(ListRowText(list, 1, 1), UserText(11102));
   EXPECT_EQ(ListRowText(list, 1, 2), UserText(11100));
 }
@@ -219,8 +213,8 @@ TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
   EXPECT_EQ(ListSelectedRows(list), std::vector<int>{1});
   EXPECT_EQ(FocusOfThread(dialog), list);
   EXPECT_EQ(ListRowText(list, 1, 1), UserText(11100));
-  EXPECT_EQ(Boolean("B.example", "p2palways"), true);
-  EXPECT_EQ(Boolean("B.example", "p2pallow"), false);
+  EXPECT_EQ(profile.StoredAs<bool>("B.example", "p2palways"), true);
+  EXPECT_EQ(profile.StoredAs<bool>("B.example", "p2pallow"), false);
 
   // One blank is a name as far as the dialog goes, but the store refuses a name ending in a
   // blank (it would have no settings folder of its own): no row, and nothing selected.
