@@ -31,6 +31,9 @@ PLACEHOLDER = re.compile(r"%(?:%|[-+ #0]*(?:\d+|\*)?(?:\.(?:\d+|\*))?"
 KEPT_NAMES = ["Vantrel Player", "Brinmor", "Tessaline", "tss.cfg", "HTTPS", "ActiveX", "NPAPI",
               "PPAPI", "*.vtm", "VTM", "(*.*)", "www.example.com", "Google Chrome", "Chromium"]
 
+# Units that languages with their own script may write in Latin letters ("%llu byte").
+LATIN_UNITS = re.compile(r"\b(?:bytes?|[kKMG]B)\b")
+
 # Unicode script words (from character names) that a language's texts must be written in.
 SCRIPTS = {
     "ar": ("ARABIC",), "he": ("HEBREW",), "ru": ("CYRILLIC",), "uk": ("CYRILLIC",),
@@ -49,20 +52,21 @@ def is_address(english):
 
 
 def script_letters(text, scripts):
-    """Letters of the text in one of the scripts, and Latin letters outside the kept names."""
+    """Letters of the text in one of the scripts, and letters of other scripts outside the kept
+    names and units."""
     for name in KEPT_NAMES:
         text = text.replace(name, "")
+    text = LATIN_UNITS.sub("", text)
     text = PLACEHOLDER.sub("", text)
-    own = latin = 0
+    own = foreign = 0
     for char in text:
         if not char.isalpha():
             continue
-        name = unicodedata.name(char, "")
-        if name.startswith(scripts):
+        if unicodedata.name(char, "").startswith(scripts):
             own += 1
-        elif name.startswith("LATIN"):
-            latin += 1
-    return own, latin
+        else:
+            foreign += 1
+    return own, foreign
 
 
 def check_cell(row, language, text, english):
@@ -87,8 +91,8 @@ def check_cell(row, language, text, english):
     if language == "fr" and FRENCH_SPACED_MARKS.search(text):
         problems.append(f"{where}: a no-break space must stand before ':' and '?'")
     if language in SCRIPTS and text != english:
-        own, latin = script_letters(text, SCRIPTS[language])
-        if own == 0 or latin > own:
+        own, foreign = script_letters(text, SCRIPTS[language])
+        if foreign > own:
             problems.append(f"{where}: not written in the {'/'.join(SCRIPTS[language])} script")
     return problems
 

@@ -42,9 +42,41 @@ int ExtentOf(HDC dc, const std::wstring& text) {
   return extent.cx;
 }
 
-// Wine's link control breaks a line that is too long inside a word, so a link's caption gets
-// its line breaks from here, between words, measured as shown with the dialog's font. The
-// caption's own line breaks stay.
+// A mark that combines with the letter before it: a line never starts with one.
+bool IsCombining(wchar_t letter) {
+  WORD type = 0;
+  GetStringTypeW(CT_CTYPE3, &letter, 1, &type);
+  return (type & (C3_NONSPACING | C3_DIACRITIC | C3_VOWELMARK)) != 0;
+}
+
+// Appends a word wider than the line letter by letter, going on to a new line where it must
+// (scripts that write without spaces break between letters); the link markers stay whole.
+void AppendLetters(HDC dc, const std::wstring& word, int width, std::wstring& broken,
+                   std::wstring& shown) {
+  for (size_t at = 0; at < word.size(); ++at) {
+    bool marker = false;
+    for (const wchar_t* mark : {L"<a>", L"</a>"}) {
+      size_t length = wcslen(mark);
+      if (!marker && word.compare(at, length, mark) == 0) {
+        broken += mark;
+        at += length - 1;
+        marker = true;
+      }
+    }
+    if (marker) continue;
+    wchar_t letter = word[at];
+    if (!shown.empty() && !IsCombining(letter) && ExtentOf(dc, shown + letter) > width) {
+      broken += L'\n';
+      shown.clear();
+    }
+    broken += letter;
+    shown += letter;
+  }
+}
+
+// Wine's link control breaks a line that is too long anywhere, even inside a word, so a link's
+// caption gets its line breaks from here, between words, measured as shown with the dialog's
+// font. The caption's own line breaks stay.
 std::wstring BreakLinkCaption(HDC dc, const std::wstring& caption, int width) {
   std::wstring broken;
   size_t lineStart = 0;
@@ -60,12 +92,12 @@ std::wstring BreakLinkCaption(HDC dc, const std::wstring& caption, int width) {
       std::wstring candidate = first ? Shown(word) : shown + L' ' + Shown(word);
       if (!first && ExtentOf(dc, candidate) > width) {
         broken += L'\n';
-        candidate = Shown(word);
+        shown.clear();
       } else if (!first) {
         broken += L' ';
+        shown += L' ';
       }
-      broken += word;
-      shown = candidate;
+      AppendLetters(dc, word, width, broken, shown);
       first = false;
       start = end + 1;
     }

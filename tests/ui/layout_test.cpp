@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app_driver.h"
+#include "dialogs/site_list_ids.h"
 #include "dialogs/trusted_locations_ids.h"
 #include "l10n/string_table.h"
 #include "layout_check.h"
@@ -39,7 +40,11 @@ struct PageDialogs {
 
 const std::vector<PageDialogs>& DialogsByPage() {
   static const std::vector<PageDialogs> table{
-      {0, {{IDC_STORAGE_DELETE_ALL, "clear-data", {}}}},
+      {0,
+       {{IDC_STORAGE_BY_SITE, "storage-by-site", {{IDC_SITE_LIST_ADD, "add-site", {}}}},
+        {IDC_STORAGE_DELETE_ALL, "clear-data", {}}}},
+      {1, {{IDC_CAMERA_MIC_BY_SITE, "camera-and-mic-by-site", {}}}},
+      {2, {{IDC_P2P_BY_SITE, "peer-networking-by-site", {}}}},
       {4, {{IDC_TRUSTED_LOCATIONS, "trusted-locations", {{IDC_TRUSTED_ADD, "add-location", {}}}}}},
   };
   return table;
