@@ -15,7 +15,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
 
 const char* PageName(SMPageKind kind) {
   static const char* const kNames[] = {"Storage", "CameraMic", "Playback", "Updates", "Advanced"};
@@ -37,18 +36,11 @@ class RecordingFrame : public SMSheetFrame {
   }
   bool AddPage(SMPageKind kind) override {
     log_.push_back(std::string("add ") + PageName(kind));
-    addedPages.push_back(PageName(kind));
     return true;
   }
-  void SetStartPage(int index) override {
-    log_.push_back("start " + std::to_string(index));
-    startPage = index;
-  }
+  void SetStartPage(int index) override { log_.push_back("start " + std::to_string(index)); }
   void RunModal() override { log_.push_back("run"); }
   void DestroyPagesAndSheet() override { log_.push_back("destroy pages and sheet"); }
-
-  std::vector<std::string> addedPages;
-  int startPage = -1;
 
  private:
   std::vector<std::string>& log_;
@@ -182,20 +174,17 @@ TEST_F(AppStartupTest, BuildsRunsAndTearsDownInOrderWithTheUpdatesPage) {
                    }));
 }
 
+// Which languages read right to left is the string table's business; here: the entry asks the
+// injected system and mirrors the sheet and every page, or none of them.
 TEST_F(AppStartupTest, RightToLeftLanguagesMirrorEveryPage) {
-  for (uint16_t language : {uint16_t{0x040D}, uint16_t{0x0401}, uint16_t{0x0C01}}) {
+  for (uint16_t language : {uint16_t{0x040D}, uint16_t{0x0409}}) {
     log.clear();
     system.uiLanguages = {language};
     Run();
     int mirrored = 0;
     for (const std::string& entry : log) mirrored += entry.ends_with(" rtl") ? 1 : 0;
-    // The sheet and every page, each asking the injected system.
-    EXPECT_EQ(mirrored, kPageKindCount + 1) << std::hex << language;
+    EXPECT_EQ(mirrored, language == 0x040D ? kPageKindCount + 1 : 0) << std::hex << language;
   }
-  log.clear();
-  system.uiLanguages = {0x0409};
-  Run();
-  for (const std::string& entry : log) EXPECT_FALSE(entry.ends_with(" rtl")) << entry;
 }
 
 TEST_F(AppStartupTest, MissingSettingsManagerShowsNothingAndReleasesTheRest) {
@@ -204,7 +193,6 @@ TEST_F(AppStartupTest, MissingSettingsManagerShowsNothingAndReleasesTheRest) {
   std::string adminPath = factory.adminConfigPath;
   EXPECT_THAT(log, ElementsAre("platform", "settings", "strings", "adminconfig " + adminPath,
                                "~strings", "~adminconfig", "~platform"));
-  EXPECT_THAT(frame.addedPages, IsEmpty());
 }
 
 }  // namespace

@@ -9,10 +9,6 @@ TEST(PageTextTest, WrapLinkMakesTheWholeTextOneLink) {
   EXPECT_TRUE(WrapLink(text));
   EXPECT_EQ(*text, L"<a>Learn more</a>");
 
-  std::optional<std::wstring> empty = L"";
-  EXPECT_TRUE(WrapLink(empty));
-  EXPECT_EQ(*empty, L"<a></a>");
-
   std::optional<std::wstring> missing;
   EXPECT_FALSE(WrapLink(missing));
   EXPECT_FALSE(missing.has_value());
@@ -25,11 +21,6 @@ TEST(PageTextTest, AppendParagraphJoinsWithABlankLineAndIgnoresAMissingText) {
 
   EXPECT_FALSE(AppendParagraph(text, std::nullopt));
   EXPECT_EQ(*text, L"First.\n\nSecond.");
-}
-
-TEST(PageTextTest, ConfirmationFlagsAddRightToLeftReadingOnlyForMirroredLanguages) {
-  EXPECT_EQ(ConfirmBoxFlags(false), 0x131u);  // OK/Cancel, warning, Cancel default
-  EXPECT_EQ(ConfirmBoxFlags(true), 0x180131u);
 }
 
 }  // namespace

@@ -156,26 +156,17 @@ TEST(SiteListModel, AddPutsTheSiteInItsSortedPlace) {
     SiteListModel::AddOutcome outcome;
     Texts rows;
   };
+  const Texts all = {"b.com", "C.com", "d.com", "\xC3\xA4.example"};
   const Case cases[] = {
       {std::nullopt, {false, std::nullopt}, {"b.com", "d.com"}},
       {SMAddSiteAnswer{"C.com", kChoiceBlock}, {true, 1}, {"b.com", "C.com", "d.com"}},
-      {SMAddSiteAnswer{"\xC3\xA4.example", kChoiceAllow},
-       {true, 3},
-       {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
+      {SMAddSiteAnswer{"\xC3\xA4.example", kChoiceAllow}, {true, 3}, all},
       // Already listed: its choice changes, no second row.
-      {SMAddSiteAnswer{"b.com", kChoiceAllow},
-       {true, 0},
-       {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
+      {SMAddSiteAnswer{"b.com", kChoiceAllow}, {true, 0}, all},
       // Names the store cannot keep are not added.
-      {SMAddSiteAnswer{"a/b", kChoiceAllow},
-       {true, std::nullopt},
-       {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
-      {SMAddSiteAnswer{" ", kChoiceAllow},
-       {true, std::nullopt},
-       {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
-      {SMAddSiteAnswer{kMaster, kChoiceAllow},
-       {true, std::nullopt},
-       {"b.com", "C.com", "d.com", "\xC3\xA4.example"}},
+      {SMAddSiteAnswer{"a/b", kChoiceAllow}, {true, std::nullopt}, all},
+      {SMAddSiteAnswer{" ", kChoiceAllow}, {true, std::nullopt}, all},
+      {SMAddSiteAnswer{kMaster, kChoiceAllow}, {true, std::nullopt}, all},
   };
   for (const Case& c : cases) {
     prompts.addSiteAnswers.push_back(c.answer);

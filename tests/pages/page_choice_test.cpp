@@ -221,28 +221,20 @@ TEST(PlaybackChoiceTest, BlockAndAsk) {
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("a.com")), siteBefore);
 }
 
-TEST(UpdatesChoiceTest, ModeStaysWhenTheAdministratorFileCannotBeWritten) {
+// What is stored, and how a failed write is reported, is the update service's (its tests sit
+// with it); the page shows the chosen mode only once it is stored.
+TEST(UpdatesChoiceTest, ModeStaysWhenNothingCouldBeStored) {
   TempFolder temp;
   FakeSystem system;
   system.modulePath = "C:\\Program Files\\Vantrel\\VantrelPlayerApp.exe";
-  const fs::path adminFile = temp.path() / "tss.cfg";
-  WriteFileBytes(adminFile, "AutoUpdateDisable=1\n");
-  SMAdminConfig writable(PathToUtf8(adminFile));
-  ASSERT_TRUE(writable.Load());
+  SMAdminConfig writable(PathToUtf8(temp.path() / "tss.cfg"));
   EXPECT_EQ(ApplyUpdatesChoice(system, &writable, kUpdateNever, kUpdateAutomatically),
             kUpdateAutomatically);
-  SMAdminConfig reread(PathToUtf8(adminFile));
-  reread.Load();
-  EXPECT_EQ(ReadUpdateMode(reread), kUpdateAutomatically);
-
-  // The folder of the file does not exist: nothing can be stored.
   SMAdminConfig unwritable(PathToUtf8(temp.path() / "missing" / "tss.cfg"));
   EXPECT_EQ(ApplyUpdatesChoice(system, &unwritable, kUpdateNotify, kUpdateNever), kUpdateNotify);
-  EXPECT_FALSE(fs::exists(temp.path() / "missing"));
   // Without a mode (no radio checked) nothing is stored either.
   EXPECT_EQ(ApplyUpdatesChoice(system, &writable, kUpdateAutomatically, -1), kUpdateAutomatically);
-  reread.Load();
-  EXPECT_EQ(ReadUpdateMode(reread), kUpdateAutomatically);
+  EXPECT_EQ(ReadUpdateMode(writable), kUpdateAutomatically);
 }
 
 }  // namespace

@@ -44,12 +44,9 @@ TEST(PageRefreshTest, StoredValueShownAsTheRadioThePlayerMeans) {
 // The administrator's lock reads its value as the player reads booleans (whose table is with
 // the reader of booleans): one true, one false, and a key that is not the lock's.
 TEST(CameraMicRefreshTest, AdministratorLock) {
-  const std::pair<const char*, bool> cases[] = {
-      {"", false},
-      {"AVHardwareDisable = yes\n", true},
-      {"AVHardwareDisable=off\n", false},
-      {"OtherKey=1\n", false},
-  };
+  const std::pair<const char*, bool> cases[] = {{"AVHardwareDisable = yes\n", true},
+                                                {"AVHardwareDisable=off\n", false},
+                                                {"OtherKey=1\n", false}};
   for (const auto& [file, locked] : cases) {
     SMAdminConfig config("");
     config.LoadFromBytes(file);

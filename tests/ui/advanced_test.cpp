@@ -16,6 +16,7 @@
 #include "platform/file_io.h"
 #include "platform/win32/utf16.h"
 #include "settings/settings_manager.h"
+#include "support/temp_folder.h"
 #include "ui_profile.h"
 
 namespace fs = std::filesystem;
@@ -25,18 +26,6 @@ namespace {
 const std::string kMaster = SMSettingsManager::MasterDomain();
 // The static control that holds a message box's text.
 constexpr int kMessageBoxTextId = 0xFFFF;
-
-fs::path WidePath(const std::string& utf8) {
-  return fs::path(ToUtf16(utf8).value_or(L""));
-}
-
-void PutFile(const fs::path& file) {
-  fs::create_directories(file.parent_path());
-  std::FILE* stream = _wfopen(file.c_str(), L"wb");
-  ASSERT_NE(stream, nullptr) << file;
-  std::fputs("data", stream);
-  std::fclose(stream);
-}
 
 // Another program with a file open that it does not let anybody delete.
 class HeldOpen {
@@ -57,11 +46,11 @@ class AdvancedTest : public ::testing::Test {
  protected:
   void SetUp() override {
     Win32PlatformServices& platform = profile.platform();
-    licenceFile = WidePath(platform.PrivateDataFolder()) / L"store" / L"licence.bin";
-    assetFile = WidePath(platform.AssetCacheFolder()) / L"asset.bin";
+    licenceFile = PathFromUtf8(platform.PrivateDataFolder()) / L"store" / L"licence.bin";
+    assetFile = PathFromUtf8(platform.AssetCacheFolder()) / L"asset.bin";
     ASSERT_TRUE(profile.AddSites({"a.com"}));
-    siteData = WidePath(profile.StoredDataFile("a.com"));
-    for (const fs::path& file : {licenceFile, assetFile, siteData}) PutFile(file);
+    siteData = PathFromUtf8(profile.StoredDataFile("a.com"));
+    for (const fs::path& file : {licenceFile, assetFile, siteData}) WriteFileBytes(file, "data");
   }
   // A dialog or message box of the program with this caption, once it is shown.
   HWND WaitForWindow(uint32_t captionId) {

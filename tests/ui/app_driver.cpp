@@ -35,10 +35,6 @@ std::function<bool(HWND)> WithCaption(const std::wstring& caption) {
   return [caption](HWND window) { return WindowText(window) == caption; };
 }
 
-std::function<bool(HWND)> WithControl(int controlId) {
-  return [controlId](HWND window) { return GetDlgItem(window, controlId) != nullptr; };
-}
-
 namespace {
 
 // Waits until the program's thread has taken every message posted to it before this call: a
@@ -272,9 +268,9 @@ std::wstring ListRowText(HWND list, int row, int column) {
   return text;
 }
 
-std::vector<std::wstring> ListRows(HWND list) {
+std::vector<std::wstring> ListRows(HWND list, int column) {
   std::vector<std::wstring> rows;
-  for (int row = 0; row < ListRowCount(list); ++row) rows.push_back(ListRowText(list, row));
+  for (int row = 0; row < ListRowCount(list); ++row) rows.push_back(ListRowText(list, row, column));
   return rows;
 }
 

@@ -53,10 +53,8 @@ class AppUnderTest {
 // program works on its own thread.
 bool WaitFor(const std::function<bool()>& condition);
 
-// Dialog filters for AppUnderTest::WaitForDialog: by its caption, or by a control id only its
-// template has.
+// A dialog filter for AppUnderTest::WaitForDialog: by its caption.
 std::function<bool(HWND)> WithCaption(const std::wstring& caption);
-std::function<bool(HWND)> WithControl(int controlId);
 
 // Clicks a button of a dialog and returns once the program has handled the click, or is showing
 // the modal window the click opened (posted, so that such a window does not block the driver).
@@ -79,7 +77,8 @@ bool IsChecked(HWND page, int controlId);
 // one into memory allocated inside the program's process.
 int ListRowCount(HWND list);
 std::wstring ListRowText(HWND list, int row, int column = 0);
-std::vector<std::wstring> ListRows(HWND list);
+// One column's texts, row by row.
+std::vector<std::wstring> ListRows(HWND list, int column = 0);
 // Selects exactly these rows.
 void SelectListRows(HWND list, const std::vector<int>& rows);
 // Starts editing a row's label, replaces the text and ends the edit with Enter, as a user

@@ -2,7 +2,6 @@
 // its controls.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "platform/file_io.h"
 #include "platform/win32/utf16.h"
 #include "platform/win32/win32_system.h"
+#include "support/temp_folder.h"
 #include "ui_profile.h"
 
 namespace {
@@ -23,15 +23,6 @@ const std::string kMaster = SMSettingsManager::MasterDomain();
 
 class ChoiceTest : public ::testing::Test {
  protected:
-  std::optional<double> Number(const std::string& domain, const std::string& name) {
-    std::optional<SettingValue> value = profile.Stored(domain, name);
-    return ValueAs<double>(value ? &*value : nullptr);
-  }
-  std::optional<bool> Boolean(const std::string& domain, const std::string& name) {
-    std::optional<SettingValue> value = profile.Stored(domain, name);
-    return ValueAs<bool>(value ? &*value : nullptr);
-  }
-
   UiProfile profile;
   AppUnderTest app;
 };
@@ -46,7 +37,8 @@ TEST_F(ChoiceTest, PlaybackBlockIsStoredAndLocksTheBySiteButton) {
   ASSERT_TRUE(IsWindowEnabled(bySite));
 
   Click(page, IDC_P2P_BLOCK);
-  EXPECT_TRUE(WaitFor([&] { return Boolean(kMaster, "disallowP2PUplink") == true; }));
+  EXPECT_TRUE(
+      WaitFor([&] { return profile.StoredAs<bool>(kMaster, "disallowP2PUplink") == true; }));
   EXPECT_TRUE(WaitFor([&] { return !IsWindowEnabled(bySite); }));
   EXPECT_TRUE(IsChecked(page, IDC_P2P_BLOCK));
   EXPECT_FALSE(IsChecked(page, IDC_P2P_ASK));
@@ -55,10 +47,12 @@ TEST_F(ChoiceTest, PlaybackBlockIsStoredAndLocksTheBySiteButton) {
   // program wrote in the meantime.
   ASSERT_TRUE(profile.SetGlobal(SettingValue::Boolean("disallowP2PUplink", false)));
   Click(page, IDC_P2P_BLOCK);
-  EXPECT_TRUE(WaitFor([&] { return Boolean(kMaster, "disallowP2PUplink") == true; }));
+  EXPECT_TRUE(
+      WaitFor([&] { return profile.StoredAs<bool>(kMaster, "disallowP2PUplink") == true; }));
 
   Click(page, IDC_P2P_ASK);
-  EXPECT_TRUE(WaitFor([&] { return Boolean(kMaster, "disallowP2PUplink") == false; }));
+  EXPECT_TRUE(
+      WaitFor([&] { return profile.StoredAs<bool>(kMaster, "disallowP2PUplink") == false; }));
   EXPECT_TRUE(WaitFor([&] { return IsWindowEnabled(bySite) != FALSE; }));
   EXPECT_TRUE(IsChecked(page, IDC_P2P_ASK));
   // The sites' own peer-assisted answers are left as they were.
@@ -75,8 +69,10 @@ TEST_F(ChoiceTest, CameraMicChoiceIsForcedOnTheListedSites) {
   for (const auto& [controlId, block] :
        {std::pair{IDC_CAMERA_MIC_BLOCK, true}, std::pair{IDC_CAMERA_MIC_ASK, false}}) {
     Click(page, controlId);
-    EXPECT_TRUE(WaitFor([&] { return Boolean(kMaster, "defaultalways") == block; })) << block;
-    EXPECT_TRUE(WaitFor([&] { return Boolean("a.com", "always") == block; })) << block;
+    EXPECT_TRUE(WaitFor([&] { return profile.StoredAs<bool>(kMaster, "defaultalways") == block; }))
+        << block;
+    EXPECT_TRUE(WaitFor([&] { return profile.StoredAs<bool>("a.com", "always") == block; }))
+        << block;
     EXPECT_TRUE(IsChecked(page, controlId));
   }
 }
@@ -85,12 +81,7 @@ TEST_F(ChoiceTest, StorageBlockAsksFirstThenDeletesAndStores) {
   const std::vector<std::string> sites = {"a.com", "b.org"};
   ASSERT_TRUE(profile.AddSites(sites));
   const std::string storedData = profile.StoredDataFile("a.com");
-  {
-    std::FILE* file = OpenFileUtf8(storedData, "wb");
-    ASSERT_NE(file, nullptr);
-    std::fputs("progress", file);
-    std::fclose(file);
-  }
+  WriteFileBytes(PathFromUtf8(storedData), "progress");
   ASSERT_TRUE(app.Start(L"startupdialog=storage"));
   HWND page = app.CurrentPage();
   ASSERT_NE(GetDlgItem(page, IDC_STORAGE_BLOCK), nullptr);
@@ -114,9 +105,9 @@ TEST_F(ChoiceTest, StorageBlockAsksFirstThenDeletesAndStores) {
   box = app.WaitForMessageBox();
   ASSERT_NE(box, nullptr) << "no confirmation the second time";
   ASSERT_TRUE(Answer(box, IDOK));
-  EXPECT_TRUE(WaitFor([&] { return Number(kMaster, "defaultklimit") == -1.0; }));
+  EXPECT_TRUE(WaitFor([&] { return profile.StoredAs<double>(kMaster, "defaultklimit") == -1.0; }));
   for (const std::string& site : sites) {
-    EXPECT_TRUE(WaitFor([&] { return Number(site, "klimit") == -1.0; })) << site;
+    EXPECT_TRUE(WaitFor([&] { return profile.StoredAs<double>(site, "klimit") == -1.0; })) << site;
   }
   EXPECT_FALSE(ReadWholeFile(storedData).has_value());
   EXPECT_TRUE(IsChecked(page, IDC_STORAGE_BLOCK));

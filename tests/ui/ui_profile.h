@@ -29,6 +29,12 @@ class UiProfile {
   // A value of a settings file as it is on disk now (domain: a site or the master domain),
   // read with the player's reader; nullopt when the file or the value is missing.
   std::optional<SettingValue> Stored(const std::string& domain, const std::string& name);
+  // The same value's payload when it has the type T.
+  template <typename T>
+  std::optional<T> StoredAs(const std::string& domain, const std::string& name) {
+    std::optional<SettingValue> value = Stored(domain, name);
+    return ValueAs<T>(value ? &*value : nullptr);
+  }
   // The bytes of a domain's settings file.
   std::string FileBytes(const std::string& domain);
   // A file of data a site stored, below the player's shared objects.
