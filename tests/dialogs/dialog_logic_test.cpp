@@ -201,11 +201,11 @@ TEST(TrustedLocations, AddRenameRemoveKeepOrderAndUniqueNames) {
   for (const S& step : steps) {
     SCOPED_TRACE(step.arguments.empty() ? "" : step.arguments[0]);
     const std::vector<std::string>& arguments = step.arguments;
-    if (step.kind == S::kAdd) EXPECT_EQ(AddTrustedLocation(settings, arguments[0]), step.change);
-    if (step.kind == S::kRename)
-      EXPECT_EQ(RenameTrustedLocation(settings, arguments[0], arguments[1]), step.change);
-    if (step.kind == S::kRemove)
-      EXPECT_EQ(RemoveTrustedLocations(settings, arguments), step.change);
+    const TrustedChange change = step.kind == S::kAdd ? AddTrustedLocation(settings, arguments[0])
+                                 : step.kind == S::kRename
+                                     ? RenameTrustedLocation(settings, arguments[0], arguments[1])
+                                     : RemoveTrustedLocations(settings, arguments);
+    EXPECT_EQ(change, step.change);
     EXPECT_EQ(TrustedLocations(settings), step.listed);
     SMSettingsManager reread(*profile.platform);
     EXPECT_EQ(TrustedLocations(reread), step.listed);

@@ -113,7 +113,8 @@ TEST(CameraMicChoiceTest, BlockThenAskForcesEveryListedSite) {
   ASSERT_TRUE(settings.SetValue("c.net", SettingValue::Boolean("allowsecure", true)));
   const std::vector<std::string> listed = {"a.com", "b.org", "c.net", "d.io"};
   // Block asks on every site and forbids; Ask asks on every site.
-  for (int chosen : {kCameraMicBlock, kCameraMicAsk, kCameraMicBlock, -1}) {
+  const int steps[] = {kCameraMicBlock, kCameraMicAsk, kCameraMicBlock, -1};
+  for (int chosen : steps) {
     SCOPED_TRACE("chosen " + std::to_string(chosen));
     const bool block = chosen == kCameraMicBlock;
     EXPECT_EQ(ApplyCameraMicChoice(settings, chosen), chosen);
@@ -169,7 +170,8 @@ TEST(PlaybackChoiceTest, BlockAndAsk) {
   const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
   SMSettingsManager settings(*profile.platform);
   int previous = kPlaybackAsk;
-  for (int chosen : {kPlaybackBlock, kPlaybackAsk, kPlaybackBlock, -1}) {
+  const int steps[] = {kPlaybackBlock, kPlaybackAsk, kPlaybackBlock, -1};
+  for (int chosen : steps) {
     EXPECT_EQ(ApplyPlaybackChoice(settings, previous, chosen), chosen);
     EXPECT_EQ(profile.Stored<bool>(kMaster, "disallowP2PUplink"), chosen == kPlaybackBlock)
         << chosen;
