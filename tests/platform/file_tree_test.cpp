@@ -247,10 +247,3 @@ TEST_F(FileTree, ListEntriesPutsNumericNamesLastByValue) {
   EXPECT_EQ(platform->ListEntries(Path("empty")), std::vector<std::string>{});
   EXPECT_EQ(platform->ListEntries(Path("missing")), std::vector<std::string>{});
 }
-
-TEST(EntryNameOrder, LeadingZerosAndTheEmptyName) {
-  EXPECT_FALSE(EntryNameLess("007", "7"));
-  EXPECT_FALSE(EntryNameLess("7", "007"));
-  EXPECT_TRUE(EntryNameLess("zz", ""));  // the empty name counts as numeric
-  EXPECT_TRUE(EntryNameLess("", "1"));
-}
