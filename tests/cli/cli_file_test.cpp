@@ -36,6 +36,11 @@ class CliFiles : public ::testing::Test {
   CliHarness cli_;
 };
 
+// A settings document holding one pair with these members.
+std::string OnePair(const std::string& members) {
+  return R"({"name": "s", "pairs": [{)" + members + "}]}";
+}
+
 }  // namespace
 
 // The JSON form is read back by encode below and by the profile commands' tests.
@@ -116,22 +121,14 @@ TEST_F(CliFiles, BadInputFailsWithAMessageAndNoOutput) {
       {{"dump", badMagic}, "", 1, badMagic},
       {{"encode"}, "{\"name\": ", 1, "byte"},
       {{"encode"}, "[1, 2]", 1, "/"},
+      {{"encode"}, OnePair(R"("name": "a", "type": "number", "value": "x")"), 1, "/pairs/0/value"},
+      {{"encode"}, OnePair(R"("name": "a", "type": "colour", "value": 1)"), 1, "/pairs/0/type"},
+      {{"encode"}, OnePair(R"("name": 3, "type": "boolean", "value": true)"), 1, "/pairs/0/name"},
       {{"encode"},
-       R"({"name": "s", "pairs": [{"name": "a", "type": "number", "value": "x"}]})",
-       1,
-       "/pairs/0/value"},
-      {{"encode"},
-       R"({"name": "s", "pairs": [{"name": "a", "type": "colour", "value": 1}]})",
-       1,
-       "/pairs/0/type"},
-      {{"encode"},
-       R"({"name": "s", "pairs": [{"name": "a", "type": "array", "value": [{"name": "b", "type": "array", "value": []}]}]})",
+       OnePair(
+           R"("name": "a", "type": "array", "value": [{"name": "b", "type": "array", "value": []}])"),
        1,
        "/pairs/0/value/0/type"},
-      {{"encode"},
-       R"({"name": "s", "pairs": [{"name": 3, "type": "boolean", "value": true}]})",
-       1,
-       "/pairs/0/name"},
       {{"dump"}, "", 2, "FILE"},
       {{"frobnicate"}, "", 2, "frobnicate"},
       {{"--json", "frobnicate"}, "", 2, "frobnicate"},
