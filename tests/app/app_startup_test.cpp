@@ -121,14 +121,12 @@ TEST(StartPageIndexTest, KeywordsSelectFixedIndicesFirstMatchWinning) {
       {"app.exe", true, -1},
       {"app.exe startupdialog=storage", true, 0},
       {"app.exe startupdialog=cammic", false, 1},
-      {"app.exe startupdialog=playback", true, 2},
       // With the Updates page the fixed indices cross: "advanced" opens Updates and back.
       {"app.exe startupdialog=advanced", true, 3},
       {"app.exe startupdialog=updates", true, 4},
       {"app.exe startupdialog=advanced", false, 3},
       {"app.exe startupdialog=updates", false, -1},
       {"app.exe startupdialog=cammic startupdialog=storage", true, 0},
-      {"app.exe startupdialog=updates startupdialog=advanced", true, 3},
       {"app.exe StartupDialog=storage", true, -1},
       {"app.exe startupdialog=advancedx", true, 3},
       // The program path is part of the command line too.
