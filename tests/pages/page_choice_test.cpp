@@ -118,12 +118,10 @@ TEST(CameraMicChoiceTest, BlockThenAskForcesEveryListedSite) {
     EXPECT_EQ(ApplyCameraMicChoice(settings, chosen), chosen);
     EXPECT_EQ(profile.Stored<bool>(kMaster, "defaultalways"), block);
     for (const std::string& site : listed) {
-      for (const char* name : {"always", "alwayssecure"}) {
-        EXPECT_EQ(profile.Stored<bool>(site, name), block) << site << " " << name;
-      }
-      for (const char* name : {"allow", "allowsecure"}) {
-        EXPECT_EQ(profile.Stored<bool>(site, name), false) << site << " " << name;
-      }
+      std::vector<std::optional<bool>> stored;
+      for (const char* name : {"always", "alwayssecure", "allow", "allowsecure"})
+        stored.push_back(profile.Stored<bool>(site, name));
+      EXPECT_EQ(stored, (std::vector<std::optional<bool>>{block, block, false, false})) << site;
     }
   }
 }

@@ -75,7 +75,6 @@ TEST(UpdatesRefreshTest, LockAdministratorAndVersionLines) {
     EXPECT_EQ(view.locked, test.locked) << test.name;
     EXPECT_EQ(view.radiosEnabled, test.radiosEnabled) << test.name;
     EXPECT_EQ(view.changeButtonVisible, test.changeVisible) << test.name;
-    EXPECT_EQ(view.showActiveXLine, !test.windows8) << test.name;
   }
 }
 
@@ -96,13 +95,6 @@ TEST(UpdatesRefreshTest, FactsComeFromTheCommandLineRegistryAndAdministratorFile
   EXPECT_EQ(facts.activeXVersion, "31.0.0.1");
   EXPECT_EQ(facts.npapiVersion, std::nullopt);
   EXPECT_EQ(facts.ppapiVersion, "32.0.0.466");
-
-  // From Windows 8 on the ActiveX key is not read at all.
-  system.windows8OrLater = true;
-  system.commandLine = "C:\\x\\VantrelPlayerApp.exe mode=Chrome";
-  facts = GatherUpdatesFacts(system, config);
-  EXPECT_FALSE(facts.chromeMode);
-  EXPECT_EQ(facts.activeXVersion, std::nullopt);
 }
 
 }  // namespace
