@@ -12,10 +12,9 @@ using namespace settings_bytes;
 
 namespace {
 
-const std::string kReadU8Past =
-    "SMSettingsReader: ReadU8() attempted to read beyond end-of-stream.\n";
-const std::string kReadDoublePast =
-    "SMSettingsReader: ReadDouble() attempted to read beyond end-of-stream.\n";
+std::string ReadPast(const std::string& function) {
+  return "SMSettingsReader: " + function + "() attempted to read beyond end-of-stream.\n";
+}
 const std::string kUnknownPair =
     "SMSettingsReader: Unexpected data-type encountered when parsing settings; IGNORING VALUE.\n";
 const std::string kUnknownElement =
@@ -74,9 +73,7 @@ TEST(SettingsReader, PStringIsCutAtZeroAndAnOverlongOneIsEmpty) {
   EXPECT_EQ(reader.position(), 7u);
   testing::internal::CaptureStderr();
   EXPECT_EQ(reader.ReadAndCopyPStringAsSimpleString(), "");
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "SMSettingsReader: ReadAndCopyPStringAsSimpleString() attempted to read beyond "
-            "end-of-stream.\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), ReadPast("ReadAndCopyPStringAsSimpleString"));
   EXPECT_EQ(reader.position(), 9u);  // the count was read, the text was not
 }
 
@@ -85,47 +82,39 @@ TEST(SettingsReader, AcceptedStreamsAndWhatTheyHold) {
     const char* what;
     std::string bytes;
     std::vector<std::string> contents;
-    std::string diagnostics;
+    std::string diagnostics = "";
   };
-  const std::string nameOnly = Body("settings", "");
   const Case cases[] = {
-      {"header, magic, version, name and reserved bytes only", Stream(nameOnly), {}, ""},
+      {"header, magic, version, name and reserved bytes only", Stream(Body("settings", "")), {}},
       {"version 2 has no reserved bytes after the version",
        Stream("TCSO" + U16(2) + PString("v2") + U32(0) + BooleanPair("b", true)),
-       {"b:1=true"},
-       ""},
+       {"b:1=true"}},
       {"version 3 likewise",
        Stream("TCSO" + U16(3) + PString("v3") + U32(0) + NumberPair("n", 7)),
-       {"n:0=7.000000"},
-       ""},
+       {"n:0=7.000000"}},
       {"the declared length may be shorter than the stream; parsing runs to its end",
        Byte(0) + Byte(0x81) + Body("s", NumberPair("n", 1) + StringPair("t", "x")),
-       {"t:2='x'", "n:0=1.000000"},
-       ""},
+       {"t:2='x'", "n:0=1.000000"}},
       {"a long header",
        Byte(0) + Byte(0xBF) + U32(10) + Body("s", BooleanPair("b", false)),
-       {"b:1=false"},
-       ""},
+       {"b:1=false"}},
       {"any non-zero boolean byte is true",
        Stream(Body("s", PString("b") + Byte(1) + Byte(0x40) + Byte(0))),
-       {"b:1=true"},
-       ""},
+       {"b:1=true"}},
       {"a string is cut at a zero byte",
        Stream(Body("s", StringPair("t", std::string("be\0fore", 7)))),
-       {"t:2='be'"},
-       ""},
+       {"t:2='be'"}},
       {"the same name twice: the last value, at the place of the first",
        Stream(Body("s", NumberPair("a", 1) + NumberPair("q", 2) + NumberPair("a", 3))),
-       {"q:0=2.000000", "a:0=3.000000"},
-       ""},
+       {"q:0=2.000000", "a:0=3.000000"}},
       {"the last pair without its end byte still counts; the short read is logged",
        Stream(Body("s", PString("b") + Byte(1) + Byte(1))),
        {"b:1=true"},
-       kReadU8Past},
+       ReadPast("ReadU8")},
       {"a number cut off after its type byte reads as 0; both short reads are logged",
        Stream(Body("s", PString("n") + Byte(0))),
        {"n:0=0.000000"},
-       kReadDoublePast + kReadU8Past},
+       ReadPast("ReadDouble") + ReadPast("ReadU8")},
       {"an unknown pair type is reported and nothing is stored; its payload is not skipped",
        Stream(Body("s", PString("x") + Byte(5) + Byte(0) + BooleanPair("y", true))),
        {"y:1=true"},
@@ -134,8 +123,7 @@ TEST(SettingsReader, AcceptedStreamsAndWhatTheyHold) {
        Stream(Body(
            "s", ArrayPair("list", Element("z", 2, PString("last")) + Element("a", 0, Double(0.5)) +
                                       Element("m", 1, Byte(1))))),
-       {"list:3=[z:2='last';a:0=0.500000;m:1=true;]"},
-       ""},
+       {"list:3=[z:2='last';a:0=0.500000;m:1=true;]"}},
       {"an unknown element after a number or boolean stays, after a string it is dropped; a "
        "nested array is dropped and its payload read as the next element",
        Stream(Body("s", ArrayPair("list", Element("n", 0, Double(1)) + Element("u1", 6, "") +
@@ -166,7 +154,7 @@ TEST(SettingsReader, RejectedStreams) {
       {Byte(0) + Byte(static_cast<uint8_t>(0x80 + good.size() + 1)) + good,
        ""},  // declared length one past the end
       // A short read does not advance: the rest of a cut number is taken as the end byte.
-      {Stream(Body("s", PString("n") + Byte(0) + "\x01\x02")), kReadDoublePast},
+      {Stream(Body("s", PString("n") + Byte(0) + "\x01\x02")), ReadPast("ReadDouble")},
   };
   for (const auto& [bytes, diagnostics] : cases) {
     ParseOutcome outcome = ParseCapturingStderr(bytes);
