@@ -8,10 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "support/fake_system.h"
-#include "support/native_platform.h"
 #include "support/settings_bytes.h"
-#include "support/temp_folder.h"
 #include "support/test_profile.h"
 
 using namespace settings_bytes;
@@ -20,8 +17,6 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string kMaster = SMSettingsManager::MasterDomain();
-
-using Profile = TestProfile;
 
 // The master file of a first run: the ten global defaults and an empty "domains", in the
 // player's table order (buckets 1, 1, 3, 4, 4, 6, 8, 10, 11, 11, 15; the later-added name of a
@@ -43,6 +38,13 @@ std::string SiteFileWith(const std::string& site, bool always, double klimit) {
                          BooleanPair("p2palways", false) + BooleanPair("allowsecure", false) +
                          BooleanPair("alwayssecure", always) + NumberPair("klimit", klimit) +
                          BooleanPair("allow", false)));
+}
+
+// The master file's list of sites, as the player writes it.
+std::string Domains(const std::vector<std::string>& sites) {
+  std::string elements;
+  for (const std::string& site : sites) elements += Element(site, 1, Byte(1));
+  return ArrayPair("domains", elements);
 }
 
 std::vector<std::string> KnownSites(SMSettingsManager& manager) {
@@ -84,7 +86,7 @@ TEST(SettingsManager, AMissingCorruptOrEmptyMasterIsReplacedByTheDefaults) {
   };
   for (const Case& testCase : cases) {
     SCOPED_TRACE(testCase.what);
-    Profile profile;
+    TestProfile profile;
     if (testCase.bytes) WriteFileBytes(profile.MasterFile(), *testCase.bytes);
     testing::internal::CaptureStderr();
     SMSettingsManager manager(*profile.platform);
@@ -95,20 +97,8 @@ TEST(SettingsManager, AMissingCorruptOrEmptyMasterIsReplacedByTheDefaults) {
   }
 }
 
-TEST(SettingsManager, StoredDataFolderIsTheFirstListedEntryOfSharedObjects) {
-  Profile profile;
-  fs::create_directories(profile.SharedObjects() / "QX7T2" / "example.com");
-  fs::create_directories(profile.SharedObjects() / "9");
-  SMSettingsManager manager(*profile.platform);
-  EXPECT_EQ(manager.storedDataFolder(), PathToUtf8(profile.SharedObjects() / "QX7T2"));
-#ifdef _WIN32
-  EXPECT_EQ(manager.appContainerFolder(),
-            PathToUtf8(profile.SharedObjects() / "QX7T2" / "#AppContainer"));
-#endif
-}
-
 TEST(SettingsManager, ExistingMasterKeepsItsValuesAndWrongTypesAndGainsTheDefaults) {
-  Profile profile;
+  TestProfile profile;
   WriteFileBytes(profile.MasterFile(),
                  Stream(Body("settings", NumberPair("defaultklimit", 500) +
                                              StringPair("crossdomainAllow", "maybe") +
@@ -123,7 +113,7 @@ TEST(SettingsManager, ExistingMasterKeepsItsValuesAndWrongTypesAndGainsTheDefaul
 }
 
 TEST(SettingsManager, SetValueWritesAtOnceAndReportsAFailedWrite) {
-  Profile profile;
+  TestProfile profile;
   SMSettingsManager manager(*profile.platform);
   EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Number("defaultklimit", -1)));
   // A file where the settings folder should be: the write fails, the value stays in memory.
@@ -139,29 +129,9 @@ TEST(SettingsManager, SetValueWritesAtOnceAndReportsAFailedWrite) {
   EXPECT_EQ(reread.GetValue(kMaster, "autoUpdateInterval")->number(), 7);
 }
 
-TEST(SiteSettings, AddSiteWritesTheSiteDefaultsAndListsItOnce) {
-  Profile profile;
-  SMSettingsManager manager(*profile.platform);
-  EXPECT_TRUE(manager.AddSite("example.com"));
-  EXPECT_TRUE(manager.AddSite("other.org"));
-  EXPECT_EQ(ReadFileBytes(profile.SiteFile("example.com")),
-            SiteFileWith("example.com", false, 100));
-  EXPECT_EQ(KnownSites(manager), (std::vector<std::string>{"example.com", "other.org"}));
-  const std::string master = ReadFileBytes(profile.MasterFile());
-  EXPECT_NE(master.find(ArrayPair(
-                "domains", Element("example.com", 1, Byte(1)) + Element("other.org", 1, Byte(1)))),
-            std::string::npos);
-  // The second time nothing is written at all.
-  fs::remove(profile.MasterFile());
-  fs::remove(profile.SiteFile("example.com"));
-  EXPECT_TRUE(manager.AddSite("example.com"));
-  EXPECT_FALSE(fs::exists(profile.MasterFile()));
-  EXPECT_FALSE(fs::exists(profile.SiteFile("example.com")));
-  EXPECT_EQ(KnownSites(manager).size(), 2u);
-}
-
-TEST(SiteSettings, SiteDefaultsComeFromTheMasterFileOncePerRun) {
-  Profile profile;
+// The site defaults come from the master file as it was when the first site was added in a run.
+TEST(SiteSettings, AddSiteWritesTheDefaultsOfTheRunAndListsTheSiteOnce) {
+  TestProfile profile;
   WriteFileBytes(profile.MasterFile(),
                  Stream(Body("settings", NumberPair("defaultklimit", 500) +
                                              BooleanPair("defaultalways", true))));
@@ -172,9 +142,19 @@ TEST(SiteSettings, SiteDefaultsComeFromTheMasterFileOncePerRun) {
   EXPECT_TRUE(manager.AddSite("second.com"));
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("first.com")), SiteFileWith("first.com", true, 500));
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("second.com")), SiteFileWith("second.com", true, 500));
+  EXPECT_NE(ReadFileBytes(profile.MasterFile()).find(Domains({"first.com", "second.com"})),
+            std::string::npos);
   manager.ResetSiteDefaultsForTesting();  // as on the next run
   EXPECT_TRUE(manager.AddSite("third.com"));
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("third.com")), SiteFileWith("third.com", false, 20));
+  // The second time nothing is written at all.
+  fs::remove(profile.MasterFile());
+  fs::remove(profile.SiteFile("first.com"));
+  EXPECT_TRUE(manager.AddSite("first.com"));
+  EXPECT_FALSE(fs::exists(profile.MasterFile()));
+  EXPECT_FALSE(fs::exists(profile.SiteFile("first.com")));
+  EXPECT_EQ(KnownSites(manager),
+            (std::vector<std::string>{"first.com", "second.com", "third.com"}));
   // Keys a site file already has are kept; only missing ones are added.
   WriteFileBytes(profile.SiteFile("kept.net"),
                  Stream(Body("kept.net/settings", NumberPair("klimit", 10))));
@@ -184,12 +164,9 @@ TEST(SiteSettings, SiteDefaultsComeFromTheMasterFileOncePerRun) {
 }
 
 TEST(SiteSettings, KnownSitesWithoutASettingsFileAreForgottenInMemoryOnly) {
-  Profile profile;
-  WriteFileBytes(
-      profile.MasterFile(),
-      Stream(Body("settings", ArrayPair("domains", Element("gone.com", 1, Byte(1)) +
-                                                       Element("kept.com", 1, Byte(1)) +
-                                                       Element("empty.com", 1, Byte(1))))));
+  TestProfile profile;
+  WriteFileBytes(profile.MasterFile(),
+                 Stream(Body("settings", Domains({"gone.com", "kept.com", "empty.com"}))));
   WriteFileBytes(profile.SiteFile("kept.com"), SiteFileWith("kept.com", false, 100));
   WriteFileBytes(profile.SiteFile("empty.com"), "");
   SMSettingsManager manager(*profile.platform);
@@ -198,7 +175,7 @@ TEST(SiteSettings, KnownSitesWithoutASettingsFileAreForgottenInMemoryOnly) {
 }
 
 TEST(SiteSettings, RemoveSiteDeletesItsDataAndOptionallyItsSettingsButKeepsItsTable) {
-  Profile profile;
+  TestProfile profile;
   const fs::path stored = profile.SharedObjects() / "QX7T2";
   fs::create_directories(stored);
   SMSettingsManager manager(*profile.platform);
@@ -232,7 +209,7 @@ TEST(SiteSettings, RemoveSiteDeletesItsDataAndOptionallyItsSettingsButKeepsItsTa
 }
 
 TEST(SiteSettings, RemovingTheMasterDomainDeletesEverySettingsFileButKeepsTheList) {
-  Profile profile;
+  TestProfile profile;
   const fs::path stored = profile.SharedObjects() / "QX7T2";
   WriteFileBytes(stored / "a.com" / "game.sol", "data");
   SMSettingsManager manager(*profile.platform);
@@ -244,15 +221,18 @@ TEST(SiteSettings, RemovingTheMasterDomainDeletesEverySettingsFileButKeepsTheLis
   EXPECT_TRUE(manager.RemoveSite(kMaster, false));
 }
 
+// The stored data live in the first listed entry of the shared-objects folder.
 TEST(SiteSettings, StoredBytesOfLocalComeFromTwoFolders) {
-  Profile profile;
+  TestProfile profile;
   const fs::path stored = profile.SharedObjects() / "QX7T2";
+  fs::create_directories(profile.SharedObjects() / "9");
   WriteFileBytes(stored / "localhost" / "a.sol", std::string(100, 'a'));
   WriteFileBytes(stored / "#localWithNet" / "b" / "c.sol", std::string(20, 'b'));
   WriteFileBytes(stored / "local" / "d.sol", std::string(5000, 'd'));
   WriteFileBytes(stored / "example.com" / "e.sol", std::string(7, 'e'));
   SMSettingsManager manager(*profile.platform);
   const std::string base = manager.storedDataFolder();
+  EXPECT_EQ(base, PathToUtf8(stored));
   EXPECT_EQ(manager.GetSiteStoredBytes(base, "local"), 120u);
   EXPECT_EQ(manager.GetSiteStoredBytes(base, "example.com"), 7u);
   EXPECT_EQ(manager.GetSiteStoredBytes(base, "absent.com"), 0u);
@@ -260,7 +240,7 @@ TEST(SiteSettings, StoredBytesOfLocalComeFromTwoFolders) {
 }
 
 TEST(SiteSettings, RemoveAllSitesEmptiesDataCacheAndSettingsButKeepsGlobals) {
-  Profile profile;
+  TestProfile profile;
   const fs::path vxCache = PathFromUtf8(profile.platform->VXCacheFolder());
   WriteFileBytes(vxCache / "v.bin", "v");
   WriteFileBytes(profile.SharedObjects() / "QX7T2" / "a.com" / "x.sol", "x");
@@ -290,12 +270,14 @@ TEST(SiteSettings, RemoveAllSitesEmptiesDataCacheAndSettingsButKeepsGlobals) {
 
 #ifdef _WIN32
 TEST(SiteSettings, SiteDataUnderTheAppContainerGoesToo) {
-  Profile profile;
+  TestProfile profile;
   const fs::path stored = profile.SharedObjects() / "QX7T2";
   WriteFileBytes(stored / "a.com" / "x.sol", "x");
   WriteFileBytes(stored / "#AppContainer" / "a.com" / "y.sol", "y");
   WriteFileBytes(stored / "#AppContainer" / "b.com" / "z.sol", "z");
+  fs::create_directories(profile.SharedObjects() / "9");
   SMSettingsManager manager(*profile.platform);
+  EXPECT_EQ(manager.appContainerFolder(), PathToUtf8(stored / "#AppContainer"));
   EXPECT_TRUE(manager.RemoveSiteStoredData("a.com"));
   EXPECT_FALSE(fs::exists(stored / "a.com"));
   EXPECT_FALSE(fs::exists(stored / "#AppContainer" / "a.com"));
@@ -312,7 +294,7 @@ TEST(SiteSettings, DeviceLikeSiteNamesAreOrdinarySites) {
   const std::vector<std::string> names = {
       "con.example.com", "aux.example.org", "com1.example.net", "nul.example", "PRN", "lpt9",
       "conin$.example",  "#AppContainer"};
-  Profile profile;
+  TestProfile profile;
   {
     SMSettingsManager manager(*profile.platform);
     for (const std::string& name : names) {
@@ -336,7 +318,7 @@ TEST(SiteSettings, DeviceLikeSiteNamesAreOrdinarySites) {
 }
 
 TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
-  Profile profile;
+  TestProfile profile;
   const fs::path stored = profile.SharedObjects() / "QX7T2";
   // Another site's data and settings, folders a name could climb to, and canaries outside.
   WriteFileBytes(stored / "example.com" / "game.sol", "other site");
@@ -346,13 +328,7 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
   WriteFileBytes(profile.dataRoot / "evil" / "canary.txt", "canary");
   SMSettingsManager manager(*profile.platform);
   ASSERT_TRUE(manager.AddSite("example.com"));
-  const std::string masterKey = PathToUtf8(fs::relative(profile.MasterFile(), profile.temp.path()));
-  auto withoutMaster = [&] {
-    auto entries = Snapshot(profile.temp.path());
-    entries.erase(masterKey);
-    return entries;
-  };
-  const auto before = withoutMaster();
+  const auto before = Snapshot(profile.temp.path());
 
   // Whether the name has a settings folder of its own; no name here may delete stored data.
   struct Case {
@@ -382,7 +358,7 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
     EXPECT_TRUE(manager.RemoveSite(c.name, true));
     EXPECT_TRUE(manager.DeleteSiteSettings(c.name, true));
     EXPECT_TRUE(manager.DeleteSiteSettings(c.name, false));
-    EXPECT_EQ(withoutMaster(), before);
+    EXPECT_EQ(Snapshot(profile.temp.path()), before);
     EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"example.com"});
   }
 

@@ -39,22 +39,14 @@ ParseOutcome ParseCapturingStderr(const std::string& bytes) {
 }
 
 std::string Describe(const SettingValue& value) {
-  std::string text = value.name() + ":" + std::to_string(value.type()) + "=";
-  switch (value.type()) {
-    case kSettingNumber:
-      return text + std::to_string(value.number());
-    case kSettingBoolean:
-      return text + (value.boolean() ? "true" : "false");
-    case kSettingString:
-      return text + "'" + value.text() + "'";
-    case kSettingArray: {
-      text += "[";
-      for (const SettingValue& element : value.array()) text += Describe(element) + ";";
-      return text + "]";
-    }
-    default:
-      return text + "?";
-  }
+  const std::string text = value.name() + ":" + std::to_string(value.type()) + "=";
+  if (value.type() == kSettingNumber) return text + std::to_string(value.number());
+  if (value.type() == kSettingBoolean) return text + (value.boolean() ? "true" : "false");
+  if (value.type() == kSettingString) return text + "'" + value.text() + "'";
+  if (value.type() != kSettingArray) return text + "?";
+  std::string elements;
+  for (const SettingValue& element : value.array()) elements += Describe(element) + ";";
+  return text + "[" + elements + "]";
 }
 
 // The table's values in iteration order, one text each.
