@@ -51,14 +51,8 @@ TEST(StringTableTest, FindsEveryIdInEveryLanguageAndNothingBetweenThem) {
 }
 
 TEST(StringTableTest, ReadsTheColumnOfItsLanguage) {
-  SMFixedLanguageStringTable english(0);
-  SMFixedLanguageStringTable british(22);
-  EXPECT_STREQ(english.GetString(11008), "Deauthorize");
-  EXPECT_STREQ(british.GetString(11008), "Deauthorise");
-  EXPECT_STREQ(british.GetString(21202), "%llu KB");
-  EXPECT_NE(std::string(british.GetString(11502)).find("licence files"), std::string::npos);
-  // Addresses are the same in every column.
-  EXPECT_STREQ(british.GetString(13009), "https://www.brinmor.com/go/vantrel-player-updates");
+  EXPECT_STREQ(SMFixedLanguageStringTable(0).GetString(11008), "Deauthorize");
+  EXPECT_STREQ(SMFixedLanguageStringTable(22).GetString(11008), "Deauthorise");
   // A column outside the matrix reads English rather than memory past it.
   EXPECT_STREQ(SMFixedLanguageStringTable(36).GetString(11008), "Deauthorize");
   EXPECT_STREQ(SMFixedLanguageStringTable(-1).GetString(11008), "Deauthorize");
