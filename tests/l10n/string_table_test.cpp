@@ -50,10 +50,8 @@ TEST(StringTableTest, FindsEveryIdInEveryLanguageAndNothingBetweenThem) {
   }
 }
 
-TEST(StringTableTest, ReadsTheColumnOfItsLanguage) {
-  EXPECT_STREQ(SMFixedLanguageStringTable(0).GetString(11008), "Deauthorize");
-  EXPECT_STREQ(SMFixedLanguageStringTable(22).GetString(11008), "Deauthorise");
-  // A column outside the matrix reads English rather than memory past it.
+// The column of a language: KeepsTheFirstLanguageForTheLifeOfTheTable.
+TEST(StringTableTest, AColumnOutsideTheMatrixReadsEnglishRatherThanMemoryPastIt) {
   EXPECT_STREQ(SMFixedLanguageStringTable(36).GetString(11008), "Deauthorize");
   EXPECT_STREQ(SMFixedLanguageStringTable(-1).GetString(11008), "Deauthorize");
 }

@@ -21,9 +21,7 @@ LayoutControl Fixed(LayoutRect rect) {
 }
 
 LayoutControl RightAligned(LayoutRect rect, int neededWidth) {
-  LayoutControl control = OneLine(rect, neededWidth);
-  control.rightAligned = true;
-  return control;
+  return LayoutControl{LayoutKind::kOneLine, rect, neededWidth, 0, true};
 }
 
 LayoutControl InBottomBlock(LayoutControl control) {

@@ -191,13 +191,11 @@ TEST(SettingsTable, ValuesAreCopiedDeeply) {
   EXPECT_TRUE(table.Find("list")->array()[0].boolean());
 }
 
-// The body is 16 bytes plus the object name; the empty master file ("settings") is 26 bytes.
+// The body is 16 bytes plus the object name.
 TEST(SettingsWriter, HeaderIsShortBelow63BytesOfBodyAndLongFrom63) {
   const std::pair<size_t, std::string> cases[] = {
-      {8, Byte(0) + Byte(0x80 + 24)},
       {46, Byte(0) + Byte(0x80 + 62)},
       {47, Byte(0) + Byte(0xBF) + U32(63)},
-      {48, Byte(0) + Byte(0xBF) + U32(64)},
   };
   for (const auto& [nameLength, header] : cases) {
     std::string name(nameLength, 'n');

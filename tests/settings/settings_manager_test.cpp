@@ -97,25 +97,13 @@ TEST(SettingsManager, AMissingCorruptOrEmptyMasterIsReplacedByTheDefaults) {
   }
 }
 
-TEST(SettingsManager, ExistingMasterKeepsItsValuesAndWrongTypesAndGainsTheDefaults) {
+TEST(SettingsManager, ExistingMasterKeepsItsValuesAndEveryChangeIsWrittenAtOnce) {
   TestProfile profile;
   WriteFileBytes(profile.MasterFile(),
                  Stream(Body("settings", NumberPair("defaultklimit", 500) +
                                              StringPair("crossdomainAllow", "maybe") +
                                              NumberPair("playerOwnKey", 3))));
-  { SMSettingsManager first(*profile.platform); }
-  SMSettingsManager again(*profile.platform);
-  EXPECT_EQ(again.GetNames(kMaster).size(), 12u);
-  EXPECT_EQ(again.GetValue(kMaster, "autoUpdateInterval")->number(), 14);
-  EXPECT_EQ(again.GetValue(kMaster, "defaultklimit")->number(), 500);
-  EXPECT_EQ(again.GetValue(kMaster, "playerOwnKey")->number(), 3);
-  EXPECT_EQ(again.GetValue(kMaster, "crossdomainAllow")->text(), "maybe");
-}
-
-TEST(SettingsManager, SetValueWritesAtOnceAndReportsAFailedWrite) {
-  TestProfile profile;
   SMSettingsManager manager(*profile.platform);
-  EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Number("defaultklimit", -1)));
   // A file where the settings folder should be: the write fails, the value stays in memory.
   fs::remove_all(profile.SettingsFolder());
   WriteFileBytes(profile.SettingsFolder(), "in the way");
@@ -123,8 +111,12 @@ TEST(SettingsManager, SetValueWritesAtOnceAndReportsAFailedWrite) {
   EXPECT_TRUE(manager.GetValue(kMaster, "disallowP2PUplink")->boolean());
   fs::remove(profile.SettingsFolder());
   EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Number("autoUpdateInterval", 7)));
+  // The player's own key and the value of the wrong type are kept, the missing defaults added.
   SMSettingsManager reread(*profile.platform);
-  EXPECT_EQ(reread.GetValue(kMaster, "defaultklimit")->number(), -1);
+  EXPECT_EQ(reread.GetNames(kMaster).size(), 12u);
+  EXPECT_EQ(reread.GetValue(kMaster, "defaultklimit")->number(), 500);
+  EXPECT_EQ(reread.GetValue(kMaster, "playerOwnKey")->number(), 3);
+  EXPECT_EQ(reread.GetValue(kMaster, "crossdomainAllow")->text(), "maybe");
   EXPECT_TRUE(reread.GetValue(kMaster, "disallowP2PUplink")->boolean());
   EXPECT_EQ(reread.GetValue(kMaster, "autoUpdateInterval")->number(), 7);
 }
@@ -324,12 +316,8 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
   const auto before = Snapshot(profile.temp.path());
 
   // Whether the name has a settings folder of its own; no name here may delete stored data.
-  struct Case {
-    std::string name;
-    bool ownSettings;
-  };
   // clang-format off
-  std::vector<Case> cases = {
+  const std::vector<std::pair<std::string, bool>> cases = {
       {"", true}, {".", false}, {"..", false}, {"../evil", false}, {"..\\evil", false},
       {"../../../../../outside", false}, {"a/b", false}, {"a\\b", false}, {"/", false},
       {"\\", false}, {"example.com.", false}, {"example.com ", false}, {"example.com..", false},
@@ -339,18 +327,18 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
       {"#appcontainer", true}, {"new\nline", false}, {"quote\"", false}, {"a|b", false},
       {"<b>", false}, {std::string("example.com\0x", 13), false}};
   // clang-format on
-  for (const Case& c : cases) {
-    SCOPED_TRACE("site name: " + c.name);
-    EXPECT_EQ(manager.AddSite(c.name), c.ownSettings);
-    EXPECT_EQ(manager.EnsureSiteDefaults(c.name), c.ownSettings);
-    EXPECT_EQ(manager.SetValue(c.name, SettingValue::Number("klimit", 1)), c.ownSettings);
-    EXPECT_EQ(manager.GetSiteStoredBytes(manager.storedDataFolder(), c.name), 0u);
+  for (const auto& [name, ownSettings] : cases) {
+    SCOPED_TRACE("site name: " + name);
+    EXPECT_EQ(manager.AddSite(name), ownSettings);
+    EXPECT_EQ(manager.EnsureSiteDefaults(name), ownSettings);
+    EXPECT_EQ(manager.SetValue(name, SettingValue::Number("klimit", 1)), ownSettings);
+    EXPECT_EQ(manager.GetSiteStoredBytes(manager.storedDataFolder(), name), 0u);
     // Refused deletions succeed with nothing deleted, so the site still leaves the list.
-    EXPECT_TRUE(manager.RemoveSiteStoredData(c.name));
-    EXPECT_TRUE(manager.RemoveSite(c.name, false));
-    EXPECT_TRUE(manager.RemoveSite(c.name, true));
-    EXPECT_TRUE(manager.DeleteSiteSettings(c.name, true));
-    EXPECT_TRUE(manager.DeleteSiteSettings(c.name, false));
+    EXPECT_TRUE(manager.RemoveSiteStoredData(name));
+    EXPECT_TRUE(manager.RemoveSite(name, false));
+    EXPECT_TRUE(manager.RemoveSite(name, true));
+    EXPECT_TRUE(manager.DeleteSiteSettings(name, true));
+    EXPECT_TRUE(manager.DeleteSiteSettings(name, false));
     EXPECT_EQ(Snapshot(profile.temp.path()), before);
     EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"example.com"});
   }
