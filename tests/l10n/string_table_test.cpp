@@ -84,8 +84,6 @@ TEST(StringTableTest, ChoosesTheColumnFromTheInterfaceLanguage) {
       {0x0401, 23}, {0x0C01, 23}, {0x0407, 2},  {0x0807, 2},  {0x040D, 24}, {0x0439, 0},
       {0x0000, 0},  {0x03FF, 0},  {0xFFFF, 0},
   };
-  // The table asks the system for the language; that it then uses this mapping is
-  // KeepsTheFirstLanguageForTheLifeOfTheTable.
   for (const Case& expected : cases) {
     EXPECT_EQ(StringTableLanguageFor(expected.languageId), expected.column)
         << std::hex << expected.languageId;
@@ -117,11 +115,10 @@ TEST(StringTableTest, RightToLeftForArabicAndHebrewOnly) {
       {0x0501, false}, {0x040E, false}, {0x0C0D, true},  {0x0201, false}, {0x041A, false},
   };
   for (const Case& expected : cases) {
-    EXPECT_EQ(IsRightToLeftLanguage(expected.languageId), expected.rightToLeft)
-        << std::hex << expected.languageId;
+    SCOPED_TRACE(testing::Message() << std::hex << expected.languageId);
+    EXPECT_EQ(IsRightToLeftLanguage(expected.languageId), expected.rightToLeft);
     EXPECT_EQ(IsRightToLeftLanguageIndex(StringTableLanguageFor(expected.languageId)),
-              expected.rightToLeft)
-        << std::hex << expected.languageId;
+              expected.rightToLeft);
   }
 
   // Asked afresh each time, unlike the table's language.
