@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 // The fuzzer's seed corpus and the golden file keep their values through a write and a read (the
 // fuzzer's own property, here on every platform the tests run on; libFuzzer itself only runs
 // natively with clang). The files under must-fail are refused with their exact diagnostics.
-TEST(SettingsFiles, CorpusFilesRoundTripAndMustFailFilesAreRefused) {
+TEST(SettingsCorpus, EveryFileRoundTripsAndEveryMustFailFileIsRefused) {
   int checked = 0;
   for (const char* folder : {"corpus", "testdata/golden", "testdata/must-fail"}) {
     for (const fs::directory_entry& entry :
