@@ -8,7 +8,7 @@
 #include "l10n/string_table.h"
 #include "platform/win32/utf16.h"
 #include "platform/win32/win32_system.h"
-#include "support/process_start.h"
+#include "support/process_runner.h"
 
 namespace {
 
