@@ -14,7 +14,7 @@ cmake --build --preset mingw -j2 || vp_fail "building the Windows program failed
 
 export VP_WINEPREFIX="$VP_ROOT/build/mingw/wine-demo"
 app="$VP_ROOT/build/mingw/src/app/VantrelPlayerApp.exe"
-setup="$VP_ROOT/build/mingw/tests/ui/vp_demo_profile.exe"
+setup="$VP_ROOT/build/mingw/tools/vp_demo_profile.exe"
 [ -f "$app" ] || vp_fail "VantrelPlayerApp.exe was not built"
 
 if [ -z "${DISPLAY:-}" ] || [ -n "${VP_SCREENSHOTS:-}" ]; then

@@ -32,21 +32,10 @@ TEST(AdminConfig, EncodingDecidesWhetherTheFileIsRead) {
     Entries entries;
   };
   const Case cases[] = {
-      {"a=1\n", SMAdminConfig::kPlain, {{"a", "1"}}},
-      {"\xEF\xBB\xBF"
-       "a=1\n",
-       SMAdminConfig::kUtf8WithMark,
-       {{"a", "1"}}},
-      {"\xFF\xFE"
-       "a\0=\0"
-       "1\0"s,
-       SMAdminConfig::kUtf16Ignored,
-       {}},
-      {"\xFE\xFF"
-       "\0a\0=\0"
-       "1"s,
-       SMAdminConfig::kUtf16Ignored,
-       {}},
+      {"z=1\n", SMAdminConfig::kPlain, {{"z", "1"}}},
+      {"\xEF\xBB\xBFz=1\n", SMAdminConfig::kUtf8WithMark, {{"z", "1"}}},
+      {"\xFF\xFEz\0=\0y\0"s, SMAdminConfig::kUtf16Ignored, {}},
+      {"\xFE\xFF\0z\0=\0y"s, SMAdminConfig::kUtf16Ignored, {}},
       {"a=1", SMAdminConfig::kUnreadable, {}},  // under four bytes, whatever it holds
       {"", SMAdminConfig::kUnreadable, {}},
       {"ab=1", SMAdminConfig::kPlain, {{"ab", "1"}}},
@@ -72,11 +61,8 @@ TEST(AdminConfig, LinesSplitTrimAndReplace) {
       {"CRLF", "a=1\r\nb=2\r\n", {{"a", "1"}, {"b", "2"}}},
       // After a CR the next byte is taken as its LF, whatever it is.
       {"CR eats the next byte", "a=1\rxb=2\r-c=3", {{"a", "1"}, {"b", "2"}, {"c", "3"}}},
-      {"CR eats the first key letter", "a=1\rkey=2", {{"a", "1"}, {"ey", "2"}}},
-      {"CR eats the key", "a=1\rb=2\rc=3", {{"a", "1"}}},
       {"CR eats a second CR", "a=1\r\rb=2", {{"a", "1"}, {"b", "2"}}},
       {"CR eats a LF, the next LF ends an empty line", "a=1\r\n\nb=2", {{"a", "1"}, {"b", "2"}}},
-      {"CR LF CR eats the line's first byte", "a=1\r\n\rXb=2", {{"a", "1"}, {"b", "2"}}},
       {"CR at the very end", "a=1\rb", {{"a", "1"}}},
       {"last line without end", "a=1\nb=2", {{"a", "1"}, {"b", "2"}}},
       {"blanks and tabs around", " \tkey \t=\t value  \n", {{"key", "value"}}},
@@ -99,17 +85,6 @@ TEST(AdminConfig, LinesSplitTrimAndReplace) {
   }
 }
 
-TEST(AdminConfig, MissingAndShortFilesGiveNoEntries) {
-  TempFolder folder;
-  WriteFileBytes(folder.path() / "short.cfg", "a=1");
-  for (const std::string& path :
-       {std::string(), folder.Utf8("missing.cfg"), folder.Utf8("short.cfg")}) {
-    SMAdminConfig config(path);
-    EXPECT_FALSE(config.Load()) << path;
-    EXPECT_TRUE(config.entries().empty()) << path;
-  }
-}
-
 TEST(AdminConfig, WriteAndReloadRoundTripsThroughTheFile) {
   TempFolder folder;
   std::string path = folder.Utf8("tss.cfg");
@@ -129,6 +104,7 @@ TEST(AdminConfig, WriteAndReloadRoundTripsThroughTheFile) {
   EXPECT_EQ(written, "Zeta=9\nAutoUpdateDisable=1\nSilentAutoUpdateEnable=0\n");
 #endif
   ASSERT_TRUE(config.Load());
+  EXPECT_FALSE(SMAdminConfig(folder.Utf8("missing.cfg")).Load());
   EXPECT_EQ(config.entries(),
             (Entries{{"Zeta", "9"}, {"AutoUpdateDisable", "1"}, {"SilentAutoUpdateEnable", "0"}}));
 }

@@ -91,13 +91,12 @@ TEST(SiteListModel, FillsInListViewOrderWithWordsAndSizes) {
 TEST(SiteListModel, CommonChoiceOfTheSelectedRows) {
   ListProfile profile({"s1", "s2", "s3"});
   SMSettingsManager& settings = *profile.settings;
+  const auto B = &SettingValue::Boolean;
   const std::pair<const char*, std::vector<SettingValue>> stored[] = {
       {"s1",
-       {SettingValue::Boolean("alwayssecure", true), SettingValue::Boolean("allowsecure", true),
-        SettingValue::Boolean("always", true), SettingValue::Boolean("allow", false)}},
-      {"s2",
-       {SettingValue::Boolean("alwayssecure", true), SettingValue::Boolean("allowsecure", true)}},
-      {"s3", {SettingValue::Boolean("alwayssecure", true), SettingValue::Boolean("always", false)}},
+       {B("alwayssecure", true), B("allowsecure", true), B("always", true), B("allow", false)}},
+      {"s2", {B("alwayssecure", true), B("allowsecure", true)}},
+      {"s3", {B("alwayssecure", true), B("always", false)}},
   };
   for (const auto& [site, values] : stored) {
     for (const SettingValue& value : values) ASSERT_TRUE(settings.SetValue(site, value));
@@ -163,9 +162,8 @@ TEST(SiteListModel, AddPutsTheSiteInItsSortedPlace) {
       {SMAddSiteAnswer{"\xC3\xA4.example", kChoiceAllow}, {true, 3}, all},
       // Already listed: its choice changes, no second row.
       {SMAddSiteAnswer{"b.com", kChoiceAllow}, {true, 0}, all},
-      // Names the store cannot keep are not added.
+      // Names the store cannot keep (its table is with it) and the global settings are not added.
       {SMAddSiteAnswer{"a/b", kChoiceAllow}, {true, std::nullopt}, all},
-      {SMAddSiteAnswer{" ", kChoiceAllow}, {true, std::nullopt}, all},
       {SMAddSiteAnswer{kMaster, kChoiceAllow}, {true, std::nullopt}, all},
   };
   for (const Case& c : cases) {

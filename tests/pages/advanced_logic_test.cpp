@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/private_data_folder.h"
-#include "support/locking_platform.h"
 #include "support/scripted_prompts.h"
 #include "support/test_profile.h"
 

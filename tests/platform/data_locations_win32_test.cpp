@@ -31,40 +31,32 @@ class FolderQueriesFail : public Win32System {
 // Writes tss.cfg in the 32-bit system folder and removes it again at the end.
 class AdminFile {
  public:
-  explicit AdminFile(const std::string& contents) {
-    path_ = PathFromUtf8(AdminConfigFilePath(system_));
+  AdminFile(SMSystem& system, const std::string& contents)
+      : path_(PathFromUtf8(AdminConfigFilePath(system))) {
     WriteFileBytes(path_, contents);
   }
   ~AdminFile() {
     std::error_code error;
     fs::remove(path_, error);
   }
-  const fs::path& path() const { return path_; }
 
  private:
-  Win32System system_;
   fs::path path_;
 };
 
 }  // namespace
 
-TEST(DataLocationsWin32, AdminFileLivesInThe32BitSystemFolder) {
-  SMPlatformServices::ResetPathCachesForTesting();
-  Win32System system;
-  wchar_t wow64[MAX_PATH] = {};
-  ASSERT_GT(GetSystemWow64DirectoryW(wow64, MAX_PATH), 0u) << "a 64-bit prefix has syswow64";
-  EXPECT_EQ(AdminConfigFilePath(system), ToUtf8(wow64).value() + "\\Tessalin\\Vantrel\\tss.cfg");
-  EXPECT_NE(AdminConfigFilePath(system).find("syswow64"), std::string::npos);
-}
-
-TEST(DataLocationsWin32, EnableLocalAppDataFromARealAdminFile) {
+TEST(DataLocationsWin32, AdminFileInThe32BitSystemFolderMovesTheDataRoot) {
   const std::string roaming = Environment(L"APPDATA");
   const std::string local = Environment(L"LOCALAPPDATA");
   ASSERT_FALSE(roaming.empty());
   ASSERT_NE(roaming, local);
   SMPlatformServices::ResetPathCachesForTesting();
-  AdminFile adminFile("EnableLocalAppData=1\r\n");
   Win32System system;
+  wchar_t wow64[MAX_PATH] = {};
+  ASSERT_GT(GetSystemWow64DirectoryW(wow64, MAX_PATH), 0u) << "a 64-bit prefix has syswow64";
+  EXPECT_EQ(AdminConfigFilePath(system), ToUtf8(wow64).value() + "\\Tessalin\\Vantrel\\tss.cfg");
+  AdminFile adminFile(system, "EnableLocalAppData=1\r\n");
   Win32PlatformServices platform(system);
   EXPECT_EQ(platform.PlayerDataRoot(), local + "\\Tessaline\\Vantrel Player");
   EXPECT_EQ(platform.AssetCacheFolder(), roaming + "\\Brinmor\\Vantrel Player\\AssetCache");

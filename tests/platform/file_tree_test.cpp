@@ -66,15 +66,13 @@ struct FileTree : testing::Test {
 
 TEST_F(FileTree, DeleteTreeRemovesFilesAndFoldersAndSucceedsOnWhatIsAbsent) {
   Write("keep/sibling.txt", "s");
-  Write("gone/a.txt", "a");
   Write("gone/sub/deeper/b.txt", "b");
   fs::create_directories(temp.path() / "gone" / "empty");
   Write("single.txt", "1");
-  EXPECT_TRUE(platform->DeleteTree(Path("gone")));
-  EXPECT_FALSE(Exists("gone"));
-  EXPECT_TRUE(platform->DeleteTree(Path("single.txt")));
-  EXPECT_FALSE(Exists("single.txt"));
-  EXPECT_TRUE(platform->DeleteTree(Path("never-there")));
+  for (const char* path : {"gone", "single.txt", "never-there"}) {
+    EXPECT_TRUE(platform->DeleteTree(Path(path))) << path;
+    EXPECT_FALSE(Exists(path)) << path;
+  }
   EXPECT_TRUE(platform->DeleteTree(Path(fs::path("never") / "there")));
   EXPECT_TRUE(Exists("keep/sibling.txt"));
 }
@@ -102,8 +100,6 @@ TEST_F(FileTree, DeleteTreeEndsAsTheShellsDeleteDoes) {
   const fs::path deep = fs::path("t") / "a" / "b" / "z.sol";
   const Case cases[] = {
       {"a tree", "t", deep, FILE_ATTRIBUTE_NORMAL},
-      {"a file", "f.sol", "f.sol", FILE_ATTRIBUTE_NORMAL},
-      {"nothing there", "absent", "f.sol", FILE_ATTRIBUTE_NORMAL},
       {"a wildcard", "t*", "t2/x.sol", FILE_ATTRIBUTE_NORMAL},
       {"read-only file", "f.sol", "f.sol", FILE_ATTRIBUTE_READONLY},
       {"read-only file deep in a tree", "t", deep, FILE_ATTRIBUTE_READONLY},
@@ -120,13 +116,10 @@ TEST_F(FileTree, DeleteTreeEndsAsTheShellsDeleteDoes) {
       WriteFileBytes(root / "t" / "a" / "first.sol", "1");
       WriteFileBytes(root / c.special, "special");
       const std::wstring special = (root / c.special).wstring();
-      HANDLE held = INVALID_HANDLE_VALUE;
-      if (c.attributes == 0) {
-        held = CreateFileW(special.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                           FILE_ATTRIBUTE_NORMAL, nullptr);
-      } else {
-        SetFileAttributesW(special.c_str(), c.attributes);
-      }
+      if (c.attributes != 0) SetFileAttributesW(special.c_str(), c.attributes);
+      HANDLE held = c.attributes != 0 ? INVALID_HANDLE_VALUE
+                                      : CreateFileW(special.c_str(), GENERIC_READ, 0, nullptr,
+                                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
       if (shell) {
         std::wstring from = (root / c.target).wstring();
         from.push_back(L'\0');
@@ -199,22 +192,11 @@ TEST_F(FileTree, RemoveTreeByAgeDeletesOnlyFilesStrictlyInsideTheWindow) {
   }
   EXPECT_FALSE(Exists("cache/emptied"));  // emptied sub-folders go
   EXPECT_TRUE(Exists("cache"));           // the top folder still holds kept files
-}
 
-TEST_F(FileTree, RemoveTreeByAgeRemovesTheTopFolderOnceEmptyAndFailsOnAMissingOne) {
-  SetFileTreeNowForTesting(kNow);
-  Write("cache/a/b/file", "x");
-  Write("cache/file", "y");
-  SetLastWriteTime(temp.path() / "cache/a/b/file", kNow - 10 * kSecond);
-  SetLastWriteTime(temp.path() / "cache/file", kNow - 1);
-  // A file from the future is only taken when the maximum age exceeds its unsigned age.
+  // The age is unsigned: a file from the future goes once the maximum exceeds its huge age, and
+  // the emptied top folder with it.
   Write("future/file", "z");
   SetLastWriteTime(temp.path() / "future/file", kNow + kSecond);
-
-  EXPECT_TRUE(platform->RemoveTreeByAge(Path("cache"), 0, 1'000'000'000));
-  EXPECT_FALSE(Exists("cache"));
-  EXPECT_TRUE(platform->RemoveTreeByAge(Path("future"), 0, 1'000'000'000));
-  EXPECT_TRUE(Exists("future/file"));
   EXPECT_TRUE(platform->RemoveTreeByAge(Path("future"), 0, UINT64_MAX / kSecond));
   EXPECT_FALSE(Exists("future"));
   EXPECT_FALSE(platform->RemoveTreeByAge(Path("missing"), 0, 1'000'000'000));
@@ -228,14 +210,12 @@ TEST_F(FileTree, TreeSizeAddsEveryFileBelowAFolder) {
   EXPECT_EQ(platform->TreeSize(Path("site")), 123u);
   EXPECT_EQ(platform->TreeSize(Path("site/a.sol")), 100u);
   EXPECT_EQ(platform->TreeSize(Path("missing")), 0u);
-  EXPECT_EQ(platform->TreeSize(Path("site/deep/c")), 0u);
 }
 
 TEST_F(FileTree, CreateFolderCreatesAtMostTheMissingParent) {
   EXPECT_TRUE(platform->CreateFolder(Path("parent"), "child"));
-  EXPECT_TRUE(Exists("parent/child"));
   EXPECT_TRUE(platform->CreateFolder(Path("parent"), "child"));  // already there
-  EXPECT_TRUE(platform->CreateFolder(Path("parent/child"), "."));
+  EXPECT_TRUE(Exists("parent/child"));
   // Grandparent missing: the first call only makes the grandparent.
   EXPECT_FALSE(platform->CreateFolder(Path(fs::path("g") / "p"), "c"));
   EXPECT_TRUE(Exists("g"));
@@ -245,29 +225,20 @@ TEST_F(FileTree, CreateFolderCreatesAtMostTheMissingParent) {
   // "." names the parent itself, which is then created as well (Windows drops "." components).
   EXPECT_TRUE(platform->CreateFolder(Path(fs::path("g2") / "p"), "."));
   EXPECT_TRUE(Exists("g2/p"));
-  EXPECT_FALSE(platform->CreateFolder(Path(fs::path("g3") / "p" / "q"), "."));
-  EXPECT_TRUE(platform->CreateFolder(Path(fs::path("g3") / "p" / "q"), "."));
   Write("file", "f");
   EXPECT_FALSE(platform->CreateFolder(Path("file/x"), "y"));
 }
 
 TEST_F(FileTree, ListEntriesPutsNumericNamesLastByValue) {
-  for (const char* name : {"B", "a", "Z", "0100", "1e3", "-5", "x1", "\xC3\xA9t\xC3\xA9"}) {
+  for (const char* name : {"B", "a", "Z", "0100", "1e3", "-5", "x1", "\xC3\xA9t\xC3\xA9",
+                           "100000000000000000000", "99999999999999999999"}) {
     Write(fs::path("more") / PathFromUtf8(name), "");
   }
   fs::create_directories(temp.path() / "more" / "99");  // folders are listed too
   EXPECT_EQ(platform->ListEntries(Path("more")),
             (std::vector<std::string>{"-5", "1e3", "B", "Z", "a", "x1", "\xC3\xA9t\xC3\xA9", "99",
-                                      "0100"}));
+                                      "0100", "99999999999999999999", "100000000000000000000"}));
   fs::create_directories(temp.path() / "empty");
   EXPECT_EQ(platform->ListEntries(Path("empty")), std::vector<std::string>{});
   EXPECT_EQ(platform->ListEntries(Path("missing")), std::vector<std::string>{});
-}
-
-TEST(EntryNameOrder, NumericNamesCompareByValue) {
-  EXPECT_FALSE(EntryNameLess("007", "7"));
-  EXPECT_FALSE(EntryNameLess("7", "007"));
-  EXPECT_TRUE(EntryNameLess("99999999999999999999", "100000000000000000000"));
-  EXPECT_TRUE(EntryNameLess("zz", ""));  // the empty name counts as numeric
-  EXPECT_TRUE(EntryNameLess("", "1"));
 }

@@ -81,10 +81,6 @@ void FakeSystem::ExitProcess(int status) {
   throw FakeProcessExit{status};
 }
 
-void FakeSystem::OpenUrl(void*, const char* address) {
-  openedUrls.push_back(address != nullptr ? address : "(null)");
-}
-
 std::optional<std::string> FakeSystem::ShellFolderPath(int csidl) {
   shellFolderQueries.push_back(csidl);
   if (shellFolderQueryFails) return std::nullopt;

@@ -38,7 +38,7 @@ class FakeSystem : public SMSystem {
   std::optional<uint32_t> RunAndWait(const std::string& commandLine, uint32_t timeoutMs) override;
   bool LaunchElevated(const std::string& program, const std::string& parameters) override;
   [[noreturn]] void ExitProcess(int status) override;
-  void OpenUrl(void* ownerWindow, const char* address) override;
+  void OpenUrl(void*, const char*) override {}
   std::optional<std::string> ShellFolderPath(int csidl) override;
   std::string SystemWow64Directory() override { return systemWow64; }
   std::string SystemDirectory() override { return systemDirectory; }
@@ -61,7 +61,6 @@ class FakeSystem : public SMSystem {
   // What the program did.
   std::vector<Launch> launches;
   std::vector<std::string> elevations;  // "program|parameters"
-  std::vector<std::string> openedUrls;  // "(null)" for a null address
   std::vector<int> shellFolderQueries;
   int uiLanguageQueries = 0;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/platform_services.h"
 #ifdef _WIN32
@@ -13,3 +14,16 @@ using NativePlatform = PosixPlatformServices;
 
 // The build's own platform implementation (Windows or POSIX) over the given system facts.
 std::unique_ptr<SMPlatformServices> MakeNativePlatform(SMSystem& system);
+
+// The build's platform, except that one path cannot be deleted, as when another program holds
+// a file open there: a tree that contains it is left whole and its deletion fails.
+class LockingPlatform : public NativePlatform {
+ public:
+  using NativePlatform::NativePlatform;
+  bool DeleteTree(const std::string& path) override {
+    if (!locked.empty() && locked.compare(0, path.size(), path) == 0) return false;
+    return NativePlatform::DeleteTree(path);
+  }
+
+  std::string locked;
+};

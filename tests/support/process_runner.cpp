@@ -2,26 +2,62 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <thread>
 
-#include "support/process_start.h"
 #include "support/temp_folder.h"
 
 #ifdef _WIN32
-#include <windows.h>
-
 #include "platform/win32/utf16.h"
 #else
 #include <fcntl.h>
 #include <signal.h>
+#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cerrno>
 #endif
 
 namespace fs = std::filesystem;
+
+std::chrono::milliseconds ScaledTimeout(std::chrono::milliseconds limit) {
+  const char* text = std::getenv("VP_TIMEOUT_SCALE");
+  double scale = text != nullptr ? std::atof(text) : 1.0;
+  if (!(scale > 0.0)) scale = 1.0;
+  return std::chrono::milliseconds(
+      static_cast<long long>(static_cast<double>(limit.count()) * scale));
+}
+
+std::string StartResult::Describe() const {
+#ifdef _WIN32
+  wchar_t* text = nullptr;
+  DWORD length = FormatMessageW(
+      FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+      nullptr, error, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+  std::string reason = ToUtf8(std::wstring(text != nullptr ? text : L"", length)).value_or("");
+  LocalFree(text);
+  reason.erase(reason.find_last_not_of(" .\r\n") + 1);
+#else
+  std::string reason = std::strerror(static_cast<int>(error));
+#endif
+  return "starting " + program + " failed after " + std::to_string(attempts) +
+         (attempts == 1 ? " attempt" : " attempts") + " with error " + std::to_string(error) +
+         ": " + reason;
+}
+
+StartResult StartWithRetries(const std::string& program,
+                             const std::function<unsigned long()>& startOnce,
+                             const std::function<void(std::chrono::milliseconds)>& wait) {
+  StartResult result{program};
+  for (std::chrono::milliseconds pause(100);; pause *= 2) {
+    ++result.attempts;
+    result.error = startOnce();
+    const bool transient = result.error == 1359 || result.error == 8 || result.error == 1450;
+    if (!transient || result.attempts == kStartAttempts) return result;
+    wait(pause);
+  }
+}
 
 namespace {
 
@@ -38,6 +74,23 @@ ProcessResult Reported(ProcessResult result) {
 }  // namespace
 
 #ifdef _WIN32
+
+StartResult StartProcess(const std::wstring& commandLine, bool inheritHandles, DWORD creationFlags,
+                         STARTUPINFOW* startup, PROCESS_INFORMATION* process) {
+  return StartWithRetries(
+      ToUtf8(commandLine).value_or("?"),
+      [&]() -> unsigned long {
+        // CreateProcessW may write into the command line, so every attempt gets a fresh copy.
+        std::wstring writable = commandLine;
+        if (CreateProcessW(nullptr, writable.data(), nullptr, nullptr, inheritHandles,
+                           creationFlags, nullptr, nullptr, startup, process)) {
+          return 0;
+        }
+        DWORD error = GetLastError();
+        return error != 0 ? error : ERROR_INTERNAL_ERROR;
+      },
+      [](std::chrono::milliseconds pause) { std::this_thread::sleep_for(pause); });
+}
 
 namespace {
 
@@ -120,67 +173,42 @@ std::string BesideTestProgram(const std::string& relativePath) {
 
 #else
 
-namespace {
-
-// Waits for the child until the limit; true with its status when it ended in time.
-bool WaitForChild(pid_t child, std::chrono::milliseconds limit, int* status) {
-  const auto deadline = std::chrono::steady_clock::now() + limit;
-  while (true) {
-    pid_t ended = waitpid(child, status, WNOHANG);
-    if (ended == child || ended < 0) return ended == child;
-    if (std::chrono::steady_clock::now() >= deadline) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-}
-
-}  // namespace
-
 ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& arguments,
                          const std::string& input, std::chrono::milliseconds timeLimit) {
   TempFolder folder;
   WriteFileBytes(folder.path() / "in", input);
-  const std::string in = (folder.path() / "in").string();
   const std::string out = (folder.path() / "out").string();
   const std::string err = (folder.path() / "err").string();
-  std::vector<char*> argv;
-  argv.push_back(const_cast<char*>(program.c_str()));
+  std::vector<char*> argv{const_cast<char*>(program.c_str())};
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
-  // The child reports a failed exec through this pipe; a successful exec closes it unwritten.
-  int startPipe[2];
-  if (pipe2(startPipe, O_CLOEXEC) != 0) return Reported({.failure = "pipe2 failed"});
+  posix_spawn_file_actions_t files;
+  posix_spawn_file_actions_init(&files);
+  posix_spawn_file_actions_addopen(&files, 0, (folder.path() / "in").c_str(), O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&files, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  posix_spawn_file_actions_addopen(&files, 2, err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  // A program that cannot be started is reported here, not by the child's exit status.
+  pid_t child = 0;
+  int startError = posix_spawn(&child, program.c_str(), &files, nullptr, argv.data(), environ);
+  posix_spawn_file_actions_destroy(&files);
   ProcessResult result;
-  pid_t child = fork();
-  if (child == 0) {
-    close(startPipe[0]);
-    dup2(open(in.c_str(), O_RDONLY), 0);
-    dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 1);
-    dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
-    execv(program.c_str(), argv.data());
-    int error = errno;
-    (void)!write(startPipe[1], &error, sizeof error);
-    _exit(127);
-  }
-  close(startPipe[1]);
-  int startError = child < 0 ? errno : 0;
-  if (child > 0 && read(startPipe[0], &startError, sizeof startError) != sizeof startError) {
-    startError = 0;
-  }
-  close(startPipe[0]);
   if (startError != 0) {
-    if (child > 0) waitpid(child, nullptr, 0);
     result.failure = StartResult{program, static_cast<unsigned long>(startError), 1}.Describe();
     return Reported(std::move(result));
   }
   const std::chrono::milliseconds limit = ScaledTimeout(timeLimit);
+  const auto deadline = std::chrono::steady_clock::now() + limit;
   int status = 0;
-  if (!WaitForChild(child, limit, &status)) {
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    result.failure = TimeLimitFailure(program, limit);
-  } else if (WIFEXITED(status)) {
-    result.exitCode = WEXITSTATUS(status);
+  while (waitpid(child, &status, WNOHANG) == 0) {
+    if (std::chrono::steady_clock::now() >= deadline) {
+      kill(child, SIGKILL);
+      waitpid(child, nullptr, 0);
+      result.failure = TimeLimitFailure(program, limit);
+      break;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
+  if (result.failure.empty() && WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
   result.out = ReadFileBytes(out);
   result.err = ReadFileBytes(err);
   return Reported(std::move(result));

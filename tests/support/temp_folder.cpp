@@ -30,7 +30,7 @@ TempFolder::~TempFolder() {
 }
 
 std::string TempFolder::Utf8(const fs::path& relative) const {
-  return PathToUtf8(relative.empty() ? path_ : (path_ / relative).make_preferred());
+  return PathToUtf8((path_ / relative).make_preferred());
 }
 
 void WriteFileBytes(const fs::path& path, const std::string& bytes) {

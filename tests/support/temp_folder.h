@@ -13,7 +13,7 @@ class TempFolder {
 
   const std::filesystem::path& path() const { return path_; }
   // The folder, or a path below it, as UTF-8 text with the platform's separators.
-  std::string Utf8(const std::filesystem::path& relative = {}) const;
+  std::string Utf8(const std::filesystem::path& relative) const;
 
  private:
   std::filesystem::path path_;

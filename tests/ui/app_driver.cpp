@@ -8,7 +8,7 @@
 #include "l10n/string_table.h"
 #include "platform/win32/utf16.h"
 #include "platform/win32/win32_system.h"
-#include "support/process_start.h"
+#include "support/process_runner.h"
 
 namespace {
 
@@ -16,9 +16,67 @@ constexpr auto kAppearLimit = std::chrono::seconds(20);
 constexpr auto kWaitLimit = std::chrono::seconds(10);
 constexpr auto kCloseLimit = std::chrono::seconds(5);
 
-DWORD Milliseconds(std::chrono::milliseconds limit) {
-  return static_cast<DWORD>(ScaledTimeout(limit).count());
+// A visible dialog window of the process that accept() takes, or null.
+HWND FindDialogOfProcess(DWORD processId, const std::function<bool(HWND)>& accept) {
+  for (HWND window = FindWindowExW(nullptr, nullptr, L"#32770", nullptr); window != nullptr;
+       window = FindWindowExW(nullptr, window, L"#32770", nullptr)) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    if (owner == processId && IsWindowVisible(window) && accept(window)) return window;
+  }
+  return nullptr;
 }
+
+// Waits until the program's thread has taken every message posted to it before this call: a
+// marker posted behind them, a default-button id no control has, shows when it has been taken;
+// the sheet's own default id is put back. A click's handler runs from its posted message, so once
+// the marker is taken the handler has returned, its files written, or is showing a modal window.
+// (Reading a settings file while the program replaces it would make the program's write fail.)
+void WaitForPostedMessages(HWND window) {
+  HWND top = GetAncestor(window, GA_ROOTOWNER);
+  constexpr WORD kMarkerId = 0x7FF1;
+  const LRESULT before = SendMessageW(top, DM_GETDEFID, 0, 0);
+  PostMessageW(top, DM_SETDEFID, kMarkerId, 0);
+  WaitFor(
+      [&] { return !IsWindow(top) || LOWORD(SendMessageW(top, DM_GETDEFID, 0, 0)) == kMarkerId; });
+  SendMessageW(top, DM_SETDEFID, HIWORD(before) == DC_HASDEFID ? LOWORD(before) : 0, 0);
+}
+
+// A block of memory inside the process that owns a window.
+class RemoteBlock {
+ public:
+  RemoteBlock(HWND window, size_t bytes) {
+    DWORD processId = 0;
+    GetWindowThreadProcessId(window, &processId);
+    process_ =
+        OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId);
+    if (process_ != nullptr) {
+      address_ = VirtualAllocEx(process_, nullptr, bytes, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+    }
+  }
+  ~RemoteBlock() {
+    if (address_ != nullptr) VirtualFreeEx(process_, address_, 0, MEM_RELEASE);
+    if (process_ != nullptr) CloseHandle(process_);
+  }
+  RemoteBlock(const RemoteBlock&) = delete;
+  RemoteBlock& operator=(const RemoteBlock&) = delete;
+
+  bool valid() const { return address_ != nullptr; }
+  char* at(size_t offset) const { return static_cast<char*>(address_) + offset; }
+  void Write(size_t offset, const void* data, size_t size) {
+    WriteProcessMemory(process_, at(offset), data, size, nullptr);
+  }
+  void Read(size_t offset, void* data, size_t size) {
+    ReadProcessMemory(process_, at(offset), data, size, nullptr);
+  }
+
+ private:
+  HANDLE process_ = nullptr;
+  void* address_ = nullptr;
+};
+
+// Longer than any path the tests store.
+constexpr size_t kRowTextCapacity = 4096;
 
 }  // namespace
 
@@ -34,26 +92,6 @@ bool WaitFor(const std::function<bool()>& condition) {
 std::function<bool(HWND)> WithCaption(const std::wstring& caption) {
   return [caption](HWND window) { return WindowText(window) == caption; };
 }
-
-namespace {
-
-// Waits until the program's thread has taken every message posted to it before this call: a
-// marker posted behind them, a default-button id no control has, shows when it has been taken;
-// the sheet's own default id is put back. A click's handler runs from its posted message, so once
-// the marker is taken the handler has returned, its files written, or is showing a modal window.
-// (Reading a settings file while the program replaces it would make the program's write fail.)
-bool WaitForPostedMessages(HWND window) {
-  HWND top = GetAncestor(window, GA_ROOTOWNER);
-  constexpr WORD kMarkerId = 0x7FF1;
-  const LRESULT before = SendMessageW(top, DM_GETDEFID, 0, 0);
-  PostMessageW(top, DM_SETDEFID, kMarkerId, 0);
-  const bool taken = WaitFor(
-      [&] { return !IsWindow(top) || LOWORD(SendMessageW(top, DM_GETDEFID, 0, 0)) == kMarkerId; });
-  SendMessageW(top, DM_SETDEFID, HIWORD(before) == DC_HASDEFID ? LOWORD(before) : 0, 0);
-  return taken;
-}
-
-}  // namespace
 
 void Click(HWND dialog, int controlId) {
   PostMessageW(GetDlgItem(dialog, controlId), BM_CLICK, 0, 0);
@@ -73,46 +111,15 @@ std::wstring UserText(uint32_t id) {
   return text != nullptr ? ToUtf16(text).value_or(L"") : L"";
 }
 
-HWND FindDialogOfProcess(DWORD processId, const std::function<bool(HWND)>& accept) {
-  struct Search {
-    DWORD processId;
-    const std::function<bool(HWND)>& accept;
-    HWND found;
-  } search{processId, accept, nullptr};
-  EnumWindows(
-      [](HWND window, LPARAM parameter) -> BOOL {
-        auto* wanted = reinterpret_cast<Search*>(parameter);
-        DWORD owner = 0;
-        GetWindowThreadProcessId(window, &owner);
-        wchar_t className[16] = {};
-        GetClassNameW(window, className, 16);
-        if (owner != wanted->processId || wcscmp(className, L"#32770") != 0 ||
-            !IsWindowVisible(window) || !wanted->accept(window)) {
-          return TRUE;
-        }
-        wanted->found = window;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&search));
-  return search.found;
-}
-
-std::wstring AppPath() {
-  std::wstring path = L"Z:" VP_APP_EXE_PATH;
-  for (wchar_t& c : path) {
-    if (c == L'/') c = L'\\';
-  }
-  return path;
+std::wstring WindowsPath(std::wstring path) {
+  std::replace(path.begin(), path.end(), L'/', L'\\');
+  return L"Z:" + path;
 }
 
 std::wstring WindowText(HWND window) {
-  wchar_t text[2048] = {};
-  SendMessageW(window, WM_GETTEXT, 2048, reinterpret_cast<LPARAM>(text));
+  wchar_t text[4096] = {};
+  SendMessageW(window, WM_GETTEXT, 4096, reinterpret_cast<LPARAM>(text));
   return text;
-}
-
-LONG ExtendedStyle(HWND window) {
-  return GetWindowLongW(window, GWL_EXSTYLE);
 }
 
 bool IsChecked(HWND page, int controlId) {
@@ -125,7 +132,7 @@ AppUnderTest::~AppUnderTest() {
 
 ::testing::AssertionResult AppUnderTest::Start(const std::wstring& arguments) {
   Stop();
-  std::wstring commandLine = L"\"" + AppPath() + L"\"";
+  std::wstring commandLine = L"\"" + WindowsPath(VP_APP_EXE_PATH) + L"\"";
   if (!arguments.empty()) commandLine += L" " + arguments;
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
@@ -161,7 +168,8 @@ AppUnderTest::~AppUnderTest() {
 void AppUnderTest::Stop() {
   if (process_.hProcess == nullptr) return;
   if (sheet_ != nullptr && IsWindow(sheet_)) PostMessageW(sheet_, WM_CLOSE, 0, 0);
-  if (WaitForSingleObject(process_.hProcess, Milliseconds(kCloseLimit)) != WAIT_OBJECT_0) {
+  const auto closeLimit = static_cast<DWORD>(ScaledTimeout(kCloseLimit).count());
+  if (WaitForSingleObject(process_.hProcess, closeLimit) != WAIT_OBJECT_0) {
     TerminateProcess(process_.hProcess, 1);
     WaitForSingleObject(process_.hProcess, INFINITE);
   }
@@ -177,10 +185,6 @@ HWND AppUnderTest::tabs() const {
 
 int AppUnderTest::TabCount() const {
   return static_cast<int>(SendMessageW(tabs(), TCM_GETITEMCOUNT, 0, 0));
-}
-
-int AppUnderTest::CurrentTab() const {
-  return static_cast<int>(SendMessageW(tabs(), TCM_GETCURSEL, 0, 0));
 }
 
 HWND AppUnderTest::CurrentPage() const {
@@ -201,53 +205,6 @@ HWND AppUnderTest::WaitForDialog(const std::function<bool(HWND)>& accept) const 
   });
   return found;
 }
-
-HWND AppUnderTest::WaitForMessageBox() const {
-  return WaitForDialog([](HWND) { return true; });
-}
-
-namespace {
-
-// A block of memory inside the process that owns a window.
-class RemoteBlock {
- public:
-  RemoteBlock(HWND window, size_t bytes) : bytes_(bytes) {
-    DWORD processId = 0;
-    GetWindowThreadProcessId(window, &processId);
-    process_ =
-        OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId);
-    if (process_ != nullptr) {
-      address_ = VirtualAllocEx(process_, nullptr, bytes, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
-    }
-  }
-  ~RemoteBlock() {
-    if (address_ != nullptr) VirtualFreeEx(process_, address_, 0, MEM_RELEASE);
-    if (process_ != nullptr) CloseHandle(process_);
-  }
-  RemoteBlock(const RemoteBlock&) = delete;
-  RemoteBlock& operator=(const RemoteBlock&) = delete;
-
-  bool valid() const { return address_ != nullptr; }
-  char* at(size_t offset) const { return static_cast<char*>(address_) + offset; }
-  bool Write(size_t offset, const void* data, size_t size) {
-    return offset + size <= bytes_ &&
-           WriteProcessMemory(process_, at(offset), data, size, nullptr) != 0;
-  }
-  bool Read(size_t offset, void* data, size_t size) {
-    return offset + size <= bytes_ &&
-           ReadProcessMemory(process_, at(offset), data, size, nullptr) != 0;
-  }
-
- private:
-  HANDLE process_ = nullptr;
-  void* address_ = nullptr;
-  size_t bytes_;
-};
-
-// Longer than any path the tests store.
-constexpr size_t kRowTextCapacity = 4096;
-
-}  // namespace
 
 int ListRowCount(HWND list) {
   return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
@@ -276,14 +233,8 @@ std::vector<std::wstring> ListRows(HWND list, int column) {
 
 void SelectListRows(HWND list, const std::vector<int>& rows) {
   RemoteBlock block(list, sizeof(LVITEMW));
-  if (!block.valid()) return;
   LVITEMW item{};
   item.stateMask = LVIS_SELECTED;
-  item.state = 0;
-  block.Write(0, &item, sizeof item);
-  // Row -1 stands for every row.
-  SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
-               reinterpret_cast<LPARAM>(block.at(0)));
   item.state = LVIS_SELECTED;
   block.Write(0, &item, sizeof item);
   for (int row : rows) {

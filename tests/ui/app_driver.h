@@ -26,23 +26,19 @@ class AppUnderTest {
   // ASSERT_TRUE(app.Start(...)) so that a test without a sheet ends at once. A program started
   // before is stopped first. The program inherits the driver's locale.
   [[nodiscard]] ::testing::AssertionResult Start(const std::wstring& arguments = L"");
-  // Closes the sheet, waits for the process, and ends it if it does not go by itself.
+  // Closes the sheet; ends the process if it does not go by itself.
   void Stop();
 
-  DWORD processId() const { return process_.dwProcessId; }
   HWND sheet() const { return sheet_; }
   HWND tabs() const;
   int TabCount() const;
-  int CurrentTab() const;
   HWND CurrentPage() const;
-  // Selects a tab as a click would (the page gets PSN_SETACTIVE) and returns its page window.
+  // As a click would (the page gets PSN_SETACTIVE); returns the page.
   HWND SelectTab(int index) const;
 
   // A visible dialog of the program other than its sheet (a modal dialog or a message box)
   // that accept() takes, waiting for it up to the wait limit; null when none came.
   HWND WaitForDialog(const std::function<bool(HWND)>& accept) const;
-  // Any dialog of the program other than its sheet, e.g. the message box a click opened.
-  HWND WaitForMessageBox() const;
 
  private:
   PROCESS_INFORMATION process_{};
@@ -53,7 +49,6 @@ class AppUnderTest {
 // program works on its own thread.
 bool WaitFor(const std::function<bool()>& condition);
 
-// A dialog filter for AppUnderTest::WaitForDialog: by its caption.
 std::function<bool(HWND)> WithCaption(const std::wstring& caption);
 
 // Clicks a button of a dialog and returns once the program has handled the click, or is showing
@@ -65,21 +60,17 @@ void Click(HWND dialog, int controlId);
 
 // A text of the string table in the driver's language, which the program also picks.
 std::wstring UserText(uint32_t id);
-// A visible dialog window of the process that accept() takes, or null.
-HWND FindDialogOfProcess(DWORD processId, const std::function<bool(HWND)>& accept);
-// The built program, as the driver sees it inside Wine.
-std::wstring AppPath();
+// A path of the build machine as programs inside Wine see it.
+std::wstring WindowsPath(std::wstring path);
 std::wstring WindowText(HWND window);
-LONG ExtendedStyle(HWND window);
 bool IsChecked(HWND page, int controlId);
 
 // List views of the program, driven from the test's process: messages that carry a pointer get
 // one into memory allocated inside the program's process.
 int ListRowCount(HWND list);
 std::wstring ListRowText(HWND list, int row, int column = 0);
-// One column's texts, row by row.
 std::vector<std::wstring> ListRows(HWND list, int column = 0);
-// Selects exactly these rows.
+// Adds these rows to the selection.
 void SelectListRows(HWND list, const std::vector<int>& rows);
 // Starts editing a row's label, replaces the text and ends the edit with Enter, as a user
 // would; false when the list did not start an edit.

@@ -34,12 +34,6 @@ std::wstring ClassOf(HWND window) {
   return name;
 }
 
-std::wstring TextOf(HWND window) {
-  wchar_t text[4096] = {};
-  SendMessageW(window, WM_GETTEXT, 4096, reinterpret_cast<LPARAM>(text));
-  return text;
-}
-
 // What a link shows: no <a> markers, no carriage returns.
 std::wstring Shown(std::wstring text) {
   for (const wchar_t* mark : {L"<a>", L"</a>", L"\r"}) {
@@ -69,27 +63,13 @@ HFONT CreateDialogFont() {
                      PROOF_QUALITY, FF_DONTCARE, L"MS Shell Dlg");
 }
 
-// The room the text needs when wrapped at `width`; its width exceeds `width` when one word
-// alone is wider.
-SIZE Wrapped(HDC dc, const std::wstring& text, int width) {
-  RECT needed{0, 0, std::max(width, 1), 0};
+// The room the text needs: wrapped at `width` (wider when one word alone is wider), or with its
+// own line breaks only.
+SIZE Needed(HDC dc, const std::wstring& text, int width, bool wraps) {
+  RECT needed{0, 0, wraps ? std::max(width, 1) : 0, 0};
   DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &needed,
-            DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);
+            DT_CALCRECT | DT_NOPREFIX | DT_EXPANDTABS | (wraps ? DT_WORDBREAK : 0));
   return SIZE{needed.right, needed.bottom};
-}
-
-// The room of the text with its own line breaks only.
-SIZE AsGiven(HDC dc, const std::wstring& text) {
-  RECT needed{0, 0, 0, 0};
-  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &needed,
-            DT_CALCRECT | DT_NOPREFIX | DT_EXPANDTABS);
-  return SIZE{needed.right, needed.bottom};
-}
-
-SIZE OneLine(HDC dc, const std::wstring& text) {
-  SIZE extent{};
-  GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
-  return extent;
 }
 
 // The text's room inside the control; false when the control shows no text of its own.
@@ -125,7 +105,7 @@ void CheckText(HDC dc, const Control& control, std::vector<std::string>& problem
   bool wraps = false;
   std::wstring text = Shown(control.text);
   if (text.empty() || !TextRoom(control, &width, &height, &wraps)) return;
-  SIZE needed = wraps ? Wrapped(dc, text, width) : AsGiven(dc, text);
+  SIZE needed = Needed(dc, text, width, wraps);
   if (needed.cx > width || needed.cy > height) {
     problems.push_back(Describe(control) + ": the text needs " + Size(needed.cx, needed.cy) +
                        ", the control gives " + Size(width, height));
@@ -141,35 +121,45 @@ void CheckListCells(HDC dc, const Control& list, std::vector<std::string>& probl
     for (int column = 0; column < columns; ++column) {
       std::wstring text = ListRowText(list.window, row, column);
       auto width = static_cast<int>(SendMessageW(list.window, LVM_GETCOLUMNWIDTH, column, 0));
-      SIZE needed = OneLine(dc, text);
-      if (needed.cx + kCellPadding > width) {
+      const int needed = Needed(dc, text, 0, false).cx + kCellPadding;
+      if (needed > width) {
         problems.push_back(Describe(list) + " row " + std::to_string(row) + " column " +
                            std::to_string(column) + " \"" + ToUtf8(text).value_or("?") +
-                           "\": the text needs " + std::to_string(needed.cx + kCellPadding) +
-                           ", the column gives " + std::to_string(width));
+                           "\": the text needs " + std::to_string(needed) + ", the column gives " +
+                           std::to_string(width));
       }
     }
   }
 }
 
-bool Overlap(const RECT& a, const RECT& b) {
-  RECT both{};
-  return IntersectRect(&both, &a, &b) != FALSE;
-}
-
-}  // namespace
-
-std::vector<std::string> LayoutProblems(HWND container) {
+std::vector<Control> VisibleControls(HWND container) {
   std::vector<Control> controls;
   for (HWND child = GetWindow(container, GW_CHILD); child != nullptr;
        child = GetWindow(child, GW_HWNDNEXT)) {
     if (!IsWindowVisible(child)) continue;
-    Control control{child,          GetDlgCtrlID(child),
-                    ClassOf(child), GetWindowLongW(child, GWL_STYLE),
-                    TextOf(child),  {}};
-    GetWindowRect(child, &control.bounds);
-    controls.push_back(control);
+    RECT bounds{};
+    GetWindowRect(child, &bounds);
+    controls.push_back(Control{child, GetDlgCtrlID(child), ClassOf(child),
+                               GetWindowLongW(child, GWL_STYLE), WindowText(child), bounds});
   }
+  return controls;
+}
+
+}  // namespace
+
+std::vector<std::wstring> ShownTexts(HWND container) {
+  std::vector<std::wstring> texts;
+  int width = 0;
+  int height = 0;
+  bool wraps = false;
+  for (const Control& control : VisibleControls(container)) {
+    if (TextRoom(control, &width, &height, &wraps)) texts.push_back(Shown(control.text));
+  }
+  return texts;
+}
+
+std::vector<std::string> LayoutProblems(HWND container) {
+  const std::vector<Control> controls = VisibleControls(container);
   RECT client{};
   GetClientRect(container, &client);
   MapWindowPoints(container, nullptr, reinterpret_cast<POINT*>(&client), 2);
@@ -190,7 +180,8 @@ std::vector<std::string> LayoutProblems(HWND container) {
       problems.push_back(Describe(control) + ": lies outside its parent");
     }
     for (size_t other = index + 1; other < controls.size(); ++other) {
-      if (Overlap(box, controls[other].bounds)) {
+      RECT both{};
+      if (IntersectRect(&both, &box, &controls[other].bounds)) {
         problems.push_back(Describe(control) + " overlaps " + Describe(controls[other]));
       }
     }

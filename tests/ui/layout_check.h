@@ -11,3 +11,5 @@
 // outside its parent's client area; two visible siblings that overlap. One line per fault, naming
 // the control by id, class and text.
 std::vector<std::string> LayoutProblems(HWND container);
+// The texts of the container's visible controls that show one, without the links' markers.
+std::vector<std::wstring> ShownTexts(HWND container);

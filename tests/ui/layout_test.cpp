@@ -1,17 +1,21 @@
 // Opens every page and dialog of the real program in the language this process was started
-// with, checks that no text is cut off and no control lies outside its parent or over another,
-// and saves a picture of each. One language per process: the program takes its interface
-// language from the locale it starts with, and the driver's is the same.
+// with, checks that no text is cut off, no control lies outside its parent or over another and
+// the pages show the string table's texts, and saves a picture of each. One language per process:
+// the program takes its interface language from the locale it starts with, and the driver's is the
+// same.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app_driver.h"
 #include "dialogs/site_list_ids.h"
 #include "dialogs/trusted_locations_ids.h"
+#include "l10n/string_data.h"
 #include "l10n/string_table.h"
 #include "layout_check.h"
 #include "pages/advanced_page_ids.h"
@@ -33,35 +37,14 @@ struct DialogCase {
   std::vector<DialogCase> nested;
 };
 
-struct PageDialogs {
-  int tab;
-  std::vector<DialogCase> dialogs;
+// The dialogs each tab's buttons open.
+const std::pair<int, DialogCase> kDialogs[] = {
+    {0, {IDC_STORAGE_BY_SITE, "storage-by-site", {{IDC_SITE_LIST_ADD, "add-site", {}}}}},
+    {0, {IDC_STORAGE_DELETE_ALL, "clear-data", {}}},
+    {1, {IDC_CAMERA_MIC_BY_SITE, "camera-and-mic-by-site", {}}},
+    {2, {IDC_P2P_BY_SITE, "peer-networking-by-site", {}}},
+    {4, {IDC_TRUSTED_LOCATIONS, "trusted-locations", {{IDC_TRUSTED_ADD, "add-location", {}}}}},
 };
-
-const std::vector<PageDialogs>& DialogsByPage() {
-  static const std::vector<PageDialogs> table{
-      {0,
-       {{IDC_STORAGE_BY_SITE, "storage-by-site", {{IDC_SITE_LIST_ADD, "add-site", {}}}},
-        {IDC_STORAGE_DELETE_ALL, "clear-data", {}}}},
-      {1, {{IDC_CAMERA_MIC_BY_SITE, "camera-and-mic-by-site", {}}}},
-      {2, {{IDC_P2P_BY_SITE, "peer-networking-by-site", {}}}},
-      {4, {{IDC_TRUSTED_LOCATIONS, "trusted-locations", {{IDC_TRUSTED_ADD, "add-location", {}}}}}},
-  };
-  return table;
-}
-
-std::wstring WindowsPath(std::wstring path) {
-  for (wchar_t& c : path) {
-    if (c == L'/') c = L'\\';
-  }
-  return L"Z:" + path;
-}
-
-std::string Joined(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += "\n  " + line;
-  return text;
-}
 
 class LayoutTest : public ::testing::Test {
  protected:
@@ -76,23 +59,42 @@ class LayoutTest : public ::testing::Test {
   // Checks one page or dialog and saves its picture (of the whole sheet for a page).
   void Inspect(HWND container, HWND pictured, const std::string& name) {
     SendMessageW(container, WM_NULL, 0, 0);
-    std::vector<std::string> problems = LayoutProblems(container);
-    EXPECT_TRUE(problems.empty()) << language_ << " " << name << ":" << Joined(problems);
+    std::string problems;
+    for (const std::string& line : LayoutProblems(container)) problems += "\n  " + line;
+    EXPECT_EQ(problems, "") << language_ << " " << name;
     std::wstring file = shots_ + L"\\" + ToUtf16(name).value_or(L"") + L".png";
     EXPECT_TRUE(SaveWindowPng(pictured, file)) << ToUtf8(file).value_or("?");
+  }
+
+  // Every text a page shows is a text of the string table in this language, or paragraphs of
+  // such texts; a long link may be broken between words.
+  void ExpectTableTexts(HWND page, const std::string& name) {
+    static const std::set<std::wstring> known = [] {
+      std::set<std::wstring> texts;
+      for (int row = 0; row < kStringCount; ++row) texts.insert(UserText(kStringIndex[row].id));
+      return texts;
+    }();
+    const std::vector<std::wstring> texts = ShownTexts(page);
+    EXPECT_GT(texts.size(), 3u) << name;
+    for (const std::wstring& text : texts) {
+      // Version numbers come from the registry.
+      if (!text.empty() && iswdigit(text[0])) continue;
+      for (size_t start = 0; start <= text.size();) {
+        size_t end = std::min(text.find(L"\n\n", start), text.size());
+        std::wstring paragraph = text.substr(start, end - start);
+        std::replace(paragraph.begin(), paragraph.end(), L'\n', L' ');
+        EXPECT_TRUE(known.contains(paragraph))
+            << language_ << " " << name << ": " << ToUtf8(paragraph).value_or("?");
+        start = end + 2;
+      }
+    }
   }
 
   // Clicks the button, waits for the dialog it opens, inspects it and what it opens, closes it.
   void InspectDialog(HWND owner, const DialogCase& dialogCase) {
     ASSERT_NE(GetDlgItem(owner, dialogCase.buttonId), nullptr) << dialogCase.name;
-    std::set<HWND> open;
-    FindDialogOfProcess(app_.processId(), [&](HWND window) {
-      open.insert(window);
-      return false;
-    });
     Click(owner, dialogCase.buttonId);
-    HWND dialog = app_.WaitForDialog(
-        [&](HWND window) { return open.count(window) == 0 && IsWindowEnabled(window); });
+    HWND dialog = app_.WaitForDialog([&](HWND window) { return window != owner; });
     ASSERT_NE(dialog, nullptr) << "the dialog " << dialogCase.name << " did not open";
     Inspect(dialog, dialog, dialogCase.name);
     for (const DialogCase& nested : dialogCase.nested) InspectDialog(dialog, nested);
@@ -125,11 +127,9 @@ TEST_F(LayoutTest, EveryPageAndDialogFitsItsTexts) {
     HWND page = app_.SelectTab(tab);
     ASSERT_NE(page, nullptr) << kPageNames[tab];
     Inspect(page, app_.sheet(), std::to_string(tab + 1) + "-" + kPageNames[tab]);
+    ExpectTableTexts(page, kPageNames[tab]);
   }
-  for (const PageDialogs& page : DialogsByPage()) {
-    HWND window = app_.SelectTab(page.tab);
-    for (const DialogCase& dialog : page.dialogs) InspectDialog(window, dialog);
-  }
+  for (const auto& [tab, dialog] : kDialogs) InspectDialog(app_.SelectTab(tab), dialog);
 }
 
 }  // namespace

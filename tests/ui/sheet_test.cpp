@@ -2,21 +2,18 @@
 // process through window messages.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/shell_resource_ids.h"
 #include "app_driver.h"
-#include "l10n/string_data.h"
 #include "l10n/string_table.h"
 #include "pages/advanced_page_ids.h"
 #include "pages/camera_mic_page_ids.h"
 #include "pages/playback_page_ids.h"
 #include "pages/storage_page_ids.h"
 #include "pages/updates_page_ids.h"
-#include "platform/win32/utf16.h"
 #include "ui_profile.h"
 
 namespace {
@@ -29,87 +26,17 @@ class SheetTest : public ::testing::Test {
   AppUnderTest app;
 };
 
-TEST_F(SheetTest, TabsFollowTheInstalledPlayers) {
-  ASSERT_TRUE(app.Start());
-  EXPECT_EQ(app.TabCount(), 4) << "no player";
-
-  profile.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");
-  ASSERT_TRUE(app.Start());
-  EXPECT_EQ(app.TabCount(), 5) << "a plain NPAPI player";
-  // The fourth tab is the Updates page and shows the player's version.
-  HWND updates = app.SelectTab(3);
-  EXPECT_EQ(WindowText(GetDlgItem(updates, IDC_NPAPI_VERSION)), L"32.0.0.465");
-}
-
 TEST_F(SheetTest, NoOkCancelOrContextHelp) {
   ASSERT_TRUE(app.Start());
-  for (int id : {IDOK, IDCANCEL}) {
+  constexpr int kApply = 0x3021;
+  for (int id : {IDOK, IDCANCEL, kApply}) {
     HWND button = GetDlgItem(app.sheet(), id);
     EXPECT_TRUE(button == nullptr || !IsWindowVisible(button)) << id;
   }
-  HWND apply = GetDlgItem(app.sheet(), 0x3021);
-  EXPECT_TRUE(apply == nullptr || !IsWindowVisible(apply));
-  EXPECT_EQ(ExtendedStyle(app.sheet()) & WS_EX_CONTEXTHELP, 0);
+  EXPECT_EQ(GetWindowLongW(app.sheet(), GWL_EXSTYLE) & WS_EX_CONTEXTHELP, 0);
   RECT bounds{};
   GetWindowRect(app.sheet(), &bounds);
-  EXPECT_EQ(bounds.left, 0);
-  EXPECT_EQ(bounds.top, 0);
-}
-
-// The page's visible controls that show a text (not a picture).
-std::vector<HWND> TextControls(HWND page) {
-  std::vector<HWND> controls;
-  EnumChildWindows(
-      page,
-      [](HWND child, LPARAM found) -> BOOL {
-        wchar_t className[32] = {};
-        GetClassNameW(child, className, 32);
-        const std::wstring kind = className;
-        // Icons, bitmaps, rules and frames are statics without a text.
-        const LONG type = GetWindowLongW(child, GWL_STYLE) & SS_TYPEMASK;
-        const bool textStatic = kind == L"Static" && (type <= SS_RIGHT || type == SS_SIMPLE ||
-                                                      type == SS_LEFTNOWORDWRAP);
-        if (IsWindowVisible(child) && (textStatic || kind == L"Button" || kind == WC_LINK)) {
-          reinterpret_cast<std::vector<HWND>*>(found)->push_back(child);
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&controls));
-  return controls;
-}
-
-// Run in English and in Hebrew: every text a page shows is a text of the string table in the
-// program's language, or paragraphs of such texts, links wrapped as links.
-TEST_F(SheetTest, EveryPageShowsTheStringTablesTexts) {
-  profile.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");
-  ASSERT_TRUE(app.Start());
-  std::set<std::wstring> known;
-  for (int row = 0; row < kStringCount; ++row) known.insert(UserText(kStringIndex[row].id));
-  ASSERT_EQ(app.TabCount(), 5);
-  for (int tab = 0; tab < 5; ++tab) {
-    const std::vector<HWND> controls = TextControls(app.SelectTab(tab));
-    EXPECT_GT(controls.size(), 3u) << tab;
-    for (HWND control : controls) {
-      std::wstring text = WindowText(control);
-      // Version numbers come from the registry.
-      if (!text.empty() && iswdigit(text[0])) continue;
-      for (size_t start = 0; start <= text.size();) {
-        size_t end = std::min(text.find(L"\n\n", start), text.size());
-        std::wstring paragraph = text.substr(start, end - start);
-        for (const wchar_t* tag : {L"<a>", L"</a>"}) {
-          for (size_t at; (at = paragraph.find(tag)) != std::wstring::npos;) {
-            paragraph.erase(at, wcslen(tag));
-          }
-        }
-        // The layout may break a long link between words.
-        std::replace(paragraph.begin(), paragraph.end(), L'\n', L' ');
-        EXPECT_TRUE(known.contains(paragraph))
-            << "tab " << tab << " control " << GetDlgCtrlID(control) << ": "
-            << ToUtf8(paragraph).value_or("?");
-        start = end + 2;
-      }
-    }
-  }
+  EXPECT_EQ(std::pair(bounds.left, bounds.top), std::pair(0L, 0L));
 }
 
 TEST_F(SheetTest, PagesShowWhatIsStoredAndReadItAgainOnEveryActivation) {
@@ -157,16 +84,13 @@ TEST_F(SheetTest, AdministratorLocksCameraAndMicOnBlockWithoutChangingTheSetting
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(camera, IDC_CAMERA_MIC_ASK)));
 }
 
+// Which facts lock the page is UpdatesRefreshTest's table; here the command line's mode reaches
+// the page and the page applies the lock to every control.
 TEST_F(SheetTest, UpdatesPageOnlyInformsInChromeMode) {
   profile.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");
   ASSERT_TRUE(profile.WriteAdminConfig({{"AutoUpdateDisable", "1"}}));
-  ASSERT_TRUE(app.Start(L"startupdialog=advanced"));
-  HWND updates = app.CurrentPage();
-  EXPECT_TRUE(IsChecked(updates, IDC_UPDATES_NEVER));
-  EXPECT_TRUE(IsWindowEnabled(GetDlgItem(updates, IDC_UPDATES_CHECK_NOW)));
-
   ASSERT_TRUE(app.Start(L"startupdialog=advanced mode=chrome"));
-  updates = app.CurrentPage();
+  HWND updates = app.CurrentPage();
   EXPECT_TRUE(IsChecked(updates, IDC_UPDATES_NEVER));
   for (int id : {IDC_UPDATES_AUTOMATIC, IDC_UPDATES_NOTIFY, IDC_UPDATES_NEVER, IDC_UPDATES_HEADING,
                  IDC_UPDATES_EXPLANATION, IDC_UPDATES_CHECK_NOW, IDC_NPAPI_VERSION_LABEL,
@@ -185,16 +109,19 @@ TEST_F(SheetTest, LayoutIsMirroredExactlyInRightToLeftLanguages) {
   const LONG controlStyles = rightToLeft ? kRightToLeftStyles : 0;
   profile.AddPlayer(PlayerKind::Ppapi, L"32.0.0.466");
   ASSERT_TRUE(app.Start());
-  EXPECT_EQ(ExtendedStyle(app.sheet()) & WS_EX_LAYOUTRTL, sheetStyle);
-  EXPECT_EQ(ExtendedStyle(app.tabs()) & kRightToLeftStyles, controlStyles);
+  EXPECT_EQ(GetWindowLongW(app.sheet(), GWL_EXSTYLE) & WS_EX_LAYOUTRTL, sheetStyle);
+  EXPECT_EQ(GetWindowLongW(app.tabs(), GWL_EXSTYLE) & kRightToLeftStyles, controlStyles);
   ASSERT_EQ(app.TabCount(), 5);
   for (int tab = 0; tab < 5; ++tab) {
-    EXPECT_EQ(ExtendedStyle(app.SelectTab(tab)) & kRightToLeftStyles, controlStyles) << tab;
+    EXPECT_EQ(GetWindowLongW(app.SelectTab(tab), GWL_EXSTYLE) & kRightToLeftStyles, controlStyles)
+        << tab;
   }
+  // A player adds the Updates page, which shows its version.
+  EXPECT_EQ(WindowText(GetDlgItem(app.SelectTab(3), IDC_PPAPI_VERSION)), L"32.0.0.466");
 }
 
 TEST(ProgramResourcesTest, ManifestAsksForCommonControlsSix) {
-  HMODULE module = LoadLibraryExW(AppPath().c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+  HMODULE module = LoadLibraryExW(WindowsPath(VP_APP_EXE_PATH).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
   ASSERT_NE(module, nullptr);
   HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(24));
   ASSERT_NE(resource, nullptr) << "no RT_MANIFEST 1";

@@ -43,11 +43,9 @@ void UiProfile::Clear() {
 
 bool UiProfile::WriteAdminConfig(const std::vector<std::pair<std::string, std::string>>& entries) {
   const std::string& path = AdminConfigFilePath(system_);
-  std::string folder = path.substr(0, path.rfind('\\'));
-  std::string parent = folder.substr(0, folder.rfind('\\'));
-  platform_->CreateFolder(parent.substr(0, parent.rfind('\\')),
-                          parent.substr(parent.rfind('\\') + 1));
-  platform_->CreateFolder(parent, folder.substr(folder.rfind('\\') + 1));
+  std::error_code error;
+  std::filesystem::create_directories(
+      std::filesystem::path(ToUtf16(path).value_or(L"")).parent_path(), error);
   SMAdminConfig config(path);
   for (const auto& [key, value] : entries) config.SetValue(key, value);
   return config.WriteToFile();
@@ -83,10 +81,6 @@ std::string UiProfile::SettingsFile(const std::string& domain) {
   return folder + "\\#" + domain + "\\settings.sol";
 }
 
-std::string UiProfile::FileBytes(const std::string& domain) {
-  return ReadWholeFile(SettingsFile(domain)).value_or("");
-}
-
 std::optional<SettingValue> UiProfile::Stored(const std::string& domain, const std::string& name) {
   std::optional<std::string> bytes = ReadWholeFile(SettingsFile(domain));
   if (!bytes) return std::nullopt;
@@ -95,6 +89,15 @@ std::optional<SettingValue> UiProfile::Stored(const std::string& domain, const s
   const SettingValue* value = table ? table->Find(name) : nullptr;
   if (value == nullptr) return std::nullopt;
   return *value;
+}
+
+std::optional<std::vector<std::string>> UiProfile::StoredNames(const std::string& domain,
+                                                               const std::string& name) {
+  std::optional<SettingValue> value = Stored(domain, name);
+  if (!value || value->type() != kSettingArray) return std::nullopt;
+  std::vector<std::string> names;
+  for (const SettingValue& element : value->array()) names.push_back(element.name());
+  return names;
 }
 
 std::string UiProfile::StoredDataFile(const std::string& site) {

@@ -29,24 +29,24 @@ class UiProfile {
   // A value of a settings file as it is on disk now (domain: a site or the master domain),
   // read with the player's reader; nullopt when the file or the value is missing.
   std::optional<SettingValue> Stored(const std::string& domain, const std::string& name);
-  // The same value's payload when it has the type T.
   template <typename T>
   std::optional<T> StoredAs(const std::string& domain, const std::string& name) {
     std::optional<SettingValue> value = Stored(domain, name);
     return ValueAs<T>(value ? &*value : nullptr);
   }
-  // The bytes of a domain's settings file.
-  std::string FileBytes(const std::string& domain);
+  // The names of an array value's elements; nullopt when it is no array.
+  std::optional<std::vector<std::string>> StoredNames(const std::string& domain,
+                                                      const std::string& name);
   // A file of data a site stored, below the player's shared objects.
   std::string StoredDataFile(const std::string& site);
-  // No player, no settings and no administrator file.
-  void Clear();
   // The prefix's data locations, as the program computes them.
   Win32PlatformServices& platform() { return *platform_; }
 
  private:
-  Win32System system_;
+  // No player, no settings and no administrator file.
+  void Clear();
   std::string SettingsFile(const std::string& domain);
 
+  Win32System system_;
   std::unique_ptr<Win32PlatformServices> platform_;
 };
