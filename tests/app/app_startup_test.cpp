@@ -25,11 +25,11 @@ const char* PageName(SMPageKind kind) {
 class RecordingFrame : public SMSheetFrame {
  public:
   explicit RecordingFrame(std::vector<std::string>& log) : log_(log) {}
-  void CreateSheet(const std::string& caption, bool rightToLeft) override {
-    log_.push_back("sheet " + caption + (rightToLeft ? " rtl" : ""));
+  void CreateSheet(const std::string& caption, bool) override {
+    log_.push_back("sheet " + caption);
   }
-  void CreatePage(SMPageKind kind, const SMAppObjects&, bool rightToLeft) override {
-    Note("page", PageName(kind) + std::string(rightToLeft ? " rtl" : ""));
+  void CreatePage(SMPageKind kind, const SMAppObjects&, bool) override {
+    Note("page", PageName(kind));
   }
   void SetPageTitle(SMPageKind kind, const std::string& title) override {
     Note("title", PageName(kind) + ("=" + title));
@@ -152,22 +152,6 @@ TEST_F(AppStartupTest, BuildsRunsAndTearsDownInOrderWithTheUpdatesPage) {
                   "Updates=Updates, Advanced=Advanced",
                   "add Storage, CameraMic, Playback, Updates, Advanced", "start 3", "run",
                   "~strings", "~adminconfig", "~settings", "~platform", "destroy pages and sheet"));
-}
-
-// Which languages read right to left is the string table's business; here: the entry asks the
-// injected system and mirrors the sheet and every page, or none of them.
-TEST_F(AppStartupTest, RightToLeftLanguagesMirrorEveryPage) {
-  for (uint16_t language : {uint16_t{0x040D}, uint16_t{0x0409}}) {
-    log.clear();
-    system.uiLanguages = {language};
-    Run();
-    int mirrored = 0;
-    for (const std::string& entry : log) {
-      for (size_t at = entry.find(" rtl"); at != std::string::npos; at = entry.find(" rtl", at + 1))
-        ++mirrored;
-    }
-    EXPECT_EQ(mirrored, language == 0x040D ? kPageKindCount + 1 : 0) << std::hex << language;
-  }
 }
 
 TEST_F(AppStartupTest, MissingSettingsManagerShowsNothingAndReleasesTheRest) {

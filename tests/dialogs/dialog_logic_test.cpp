@@ -78,7 +78,7 @@ TEST(SiteChoice, ReadingBackIsLopsided) {
 }
 
 TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
-  enum Lock { kNoLock, kLockSiteData, kLockAssetCache, kLockLicences };
+  enum Lock { kNoLock, kLockSiteData, kLockAssetCache };
   struct Case {
     const char* name;
     bool domainsIsArray;
@@ -98,7 +98,6 @@ TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
       {"no list of sites", false, 1, 1, kNoLock, false, false, false, false, {}},
       {"locked site data", true, 1, 1, kLockSiteData, true, false, true, true, {11501}},
       {"locked asset cache", true, 1, 1, kLockAssetCache, true, true, false, true, {11501}},
-      {"locked licence", true, 1, 1, kLockLicences, true, true, true, false, {11502}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -115,8 +114,7 @@ TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
     const fs::path assetFile = PathFromUtf8(platform.AssetCacheFolder()) / "a.bin";
     const fs::path licenceFile = PathFromUtf8(platform.PrivateDataFolder()) / "l.bin";
     for (const fs::path& file : {siteData, assetFile, licenceFile}) WriteFileBytes(file, "x");
-    const std::string locked[] = {"", PathToUtf8(siteData), PathToUtf8(assetFile),
-                                  PathToUtf8(licenceFile)};
+    const std::string locked[] = {"", PathToUtf8(siteData), PathToUtf8(assetFile)};
     platform.locked = locked[c.lock];
 
     SMPrivateDataFolder licences(platform.PrivateDataFolder(), &platform);
