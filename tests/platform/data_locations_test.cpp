@@ -49,19 +49,6 @@ TEST(DataLocations, EveryPathHasItsSuffixAndEnableLocalAppDataMovesOnlyTheDataRo
             SMSystem::kLocalAppData | SMSystem::kCreateFlag);
 }
 
-TEST(DataLocations, CachesKeepTheirFirstValue) {
-  Profile profile;
-  auto platform = MakeNativePlatform(profile.system);
-  const std::string root = platform->PlayerDataRoot();
-  const std::string cache = platform->AssetCacheFolder();
-  const std::string admin = AdminConfigFilePath(profile.system);
-  profile.system.roamingAppData = profile.folder.Utf8("Elsewhere");
-  profile.system.systemWow64 = profile.folder.Utf8("other");
-  EXPECT_EQ(platform->PlayerDataRoot(), root);
-  EXPECT_EQ(platform->AssetCacheFolder(), cache);
-  EXPECT_EQ(AdminConfigFilePath(profile.system), admin);
-}
-
 TEST(DataLocations, FailedFolderQueriesFallBack) {
   const std::string shellFolders =
       "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
@@ -70,7 +57,6 @@ TEST(DataLocations, FailedFolderQueriesFallBack) {
     const char* expectedBase;
   };
   const Case cases[] = {
-      {"C:\\Users\\u\\AppData\\Roaming\\", "C:\\Users\\u\\AppData\\Roaming"},
       {"C:\\Users\\u\\AppData\\Roaming\\\\", "C:\\Users\\u\\AppData\\Roaming\\"},
       {"C:\\Users\\u\\AppData\\Roaming/", "C:\\Users\\u\\AppData\\Roaming"},
       {"C:\\Users\\u\\AppData\\Roaming", "C:\\Users\\u\\AppData\\Roaming"},
