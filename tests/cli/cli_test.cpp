@@ -19,15 +19,6 @@ json Json(const ProcessResult& result) {
 
 class Cli : public ::testing::Test {
  protected:
-  // The pairs of a settings file, decoded by the tool itself.
-  json FilePairs(const fs::path& file) {
-    json pairs = json::object();
-    const json document = Json(cli_.RunBare({"--json", "dump", PathToUtf8(file)}));
-    for (const json& pair : document["pairs"]) {
-      pairs[pair["name"].get<std::string>()] = pair["value"];
-    }
-    return pairs;
-  }
   fs::path SiteFile(const std::string& site) {
     return cli_.SettingsFolder() / ("#" + site) / "settings.sol";
   }
@@ -59,10 +50,12 @@ TEST_F(Cli, ShowWritesDefaultsOnFirstRunAndSetChangesOneKey) {
   EXPECT_EQ(cli_.Run({"set", "defaultklimit", "250.5"}).exitCode, 0);
   EXPECT_EQ(cli_.Run({"set", "disallowP2PUplink", "true"}).exitCode, 0);
   EXPECT_EQ(cli_.Run({"set", "note", "hello there", "--type", "string"}).exitCode, 0);
-  json pairs = FilePairs(cli_.MasterFile());
-  EXPECT_EQ(pairs["defaultklimit"], 250.5);
-  EXPECT_EQ(pairs["disallowP2PUplink"], true);
-  EXPECT_EQ(pairs["note"], "hello there");
+  const std::string after = Lines(cli_.Run({"show"}).out);
+  for (const char* line :
+       {"\ndefaultklimit\tnumber\t250.5\n", "\ndisallowP2PUplink\tboolean\ttrue\n",
+        "\nnote\tstring\thello there\n"}) {
+    EXPECT_NE(after.find(line), std::string::npos) << line << after;
+  }
 }
 
 TEST_F(Cli, SitePermissionsAreWrittenShownAndRemoved) {
@@ -73,8 +66,7 @@ TEST_F(Cli, SitePermissionsAreWrittenShownAndRemoved) {
   EXPECT_EQ(Lines(cli_.Run({"sites"}).out),
             "example.com\tallow\task\task\task\t1 kB\n"
             "media.example\tallow\tallow\tallow\tblock\t0 bytes\n");
-  json one = Json(cli_.Run({"--json", "site", "example.com"}));
-  EXPECT_EQ(one[0]["storedBytes"], 1536);
+  EXPECT_EQ(Json(cli_.Run({"--json", "site", "example.com"}))[0]["storedBytes"], 1536);
 
   WriteFileBytes(StoredData("media.example") / "x.sol", "data");
   ASSERT_EQ(cli_.Run({"remove-site", "media.example", "--keep-settings"}).exitCode, 0);
@@ -106,7 +98,6 @@ TEST_F(Cli, TrustedLocationsAreAddedListedAndRemoved) {
   ASSERT_EQ(cli_.Run({"trusted", "add", "C:\\dev\\folder"}).exitCode, 0);
   ASSERT_EQ(cli_.Run({"trusted", "remove", "C:\\dev\\folder"}).exitCode, 0);
   EXPECT_EQ(cli_.Run({"trusted", "remove", "C:\\nowhere"}).exitCode, 1);
-  EXPECT_EQ(cli_.Run({"trusted", "add"}).exitCode, 2);
   EXPECT_EQ(Lines(cli_.Run({"trusted"}).out), "C:\\dev\\one.vtm\n");
 }
 

@@ -104,16 +104,12 @@ TEST(Win32Players, ApplyUpdateModeRunsTheToolsAndRewritesTheAdministratorFile) {
     fs::copy_file(folder / "player_tool_stub.exe", tool, fs::copy_options::overwrite_existing);
   }
   SetEnvironmentVariableW(L"VP_PLAYER_TOOL_LOG", log.c_str());
-  // The prefix has no administrator file of its own.
   const fs::path adminFile = PathFromUtf8(AdminConfigFilePath(system));
-  const fs::path adminFolder = adminFile.parent_path().parent_path();
-  const bool madeAdminFolder = !fs::exists(adminFolder);
   registry.SetText(kPluginKey, L"UninstallerPath", uninstaller.wstring());
   WriteFileBytes(adminFile, "AVHardwareDisable=1\nAutoUpdateDisable=1\n");
   WriteFileBytes(service.wstring() + L".exitcode", "259");
   EXPECT_FALSE(RunUpdateService(system, "-install"));
   EXPECT_TRUE(RunNpapiUninstaller(system, " -setnpapinotification 1"));
-  EXPECT_FALSE(RunPpapiUninstaller(system, " -setppapinotification 1"));  // no PPAPI player
   fs::remove(log);
 
   // The service's failure does not keep the mode from being stored.
@@ -137,5 +133,5 @@ TEST(Win32Players, ApplyUpdateModeRunsTheToolsAndRewritesTheAdministratorFile) {
   fs::remove_all(folder / "Tessalin");
   EXPECT_FALSE(RunUpdateService(system, "-install"));  // it cannot start
   SetEnvironmentVariableW(L"VP_PLAYER_TOOL_LOG", nullptr);
-  fs::remove_all(madeAdminFolder ? adminFolder : adminFile);
+  fs::remove(adminFile);
 }
