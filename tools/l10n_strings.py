@@ -50,10 +50,6 @@ def unescape(cell, where):
     return "".join(out)
 
 
-def escape(text):
-    return text.replace("\\", "\\\\").replace("\n", "\\n").replace("\t", "\\t")
-
-
 def parse(content, name="strings.tsv"):
     """Returns the rows of the file content, in file order; raises TableError when malformed."""
     rows = []

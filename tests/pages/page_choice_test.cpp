@@ -49,8 +49,6 @@ TEST(StorageChoiceTest, EachChoiceStoresTheLimitEverywhere) {
   const Case cases[] = {
       {kStorageAllow, kStorageBlock, {true}, kStorageBlock, -1.0, true},
       {kStorageAsk, kStorageBlock, {false}, kStorageAsk, std::nullopt, false},
-      {kStorageBlock, kStorageAsk, {}, kStorageAsk, 0.0, false},
-      {kStorageAsk, kStorageAllow, {}, kStorageAllow, 100.0, false},
       // No radio checked stores what Allow stores; a click on the checked radio writes again.
       {kStorageAsk, -1, {}, -1, 100.0, false},
       {kStorageAsk, kStorageAsk, {}, kStorageAsk, 0.0, false},
@@ -120,12 +118,10 @@ TEST(CameraMicChoiceTest, BlockThenAskForcesEveryListedSite) {
     EXPECT_EQ(ApplyCameraMicChoice(settings, chosen), chosen);
     EXPECT_EQ(profile.Stored<bool>(kMaster, "defaultalways"), block);
     for (const std::string& site : listed) {
-      for (const char* name : {"always", "alwayssecure"}) {
-        EXPECT_EQ(profile.Stored<bool>(site, name), block) << site << " " << name;
-      }
-      for (const char* name : {"allow", "allowsecure"}) {
-        EXPECT_EQ(profile.Stored<bool>(site, name), false) << site << " " << name;
-      }
+      std::vector<std::optional<bool>> stored;
+      for (const char* name : {"always", "alwayssecure", "allow", "allowsecure"})
+        stored.push_back(profile.Stored<bool>(site, name));
+      EXPECT_EQ(stored, (std::vector<std::optional<bool>>{block, block, false, false})) << site;
     }
   }
 }
@@ -163,22 +159,6 @@ TEST(PageChoiceTest, FailedMasterWriteTouchesNoSite) {
     EXPECT_EQ(ReadFileBytes(moved / "#a.com" / "settings.sol"), siteBefore) << shown;
     EXPECT_EQ(ReadFileBytes(profile.StoredSiteData()), "progress") << shown;
   }
-}
-
-TEST(PlaybackChoiceTest, BlockAndAsk) {
-  SitesProfile profile({"a.com"});
-  const std::string siteBefore = ReadFileBytes(profile.SiteFile("a.com"));
-  SMSettingsManager settings(*profile.platform);
-  int previous = kPlaybackAsk;
-  const int steps[] = {kPlaybackBlock, kPlaybackAsk, kPlaybackBlock, -1};
-  for (int chosen : steps) {
-    EXPECT_EQ(ApplyPlaybackChoice(settings, previous, chosen), chosen);
-    EXPECT_EQ(profile.Stored<bool>(kMaster, "disallowP2PUplink"), chosen == kPlaybackBlock)
-        << chosen;
-    previous = chosen;
-  }
-  // The per-site peer-assisted answers are not this choice's business.
-  EXPECT_EQ(ReadFileBytes(profile.SiteFile("a.com")), siteBefore);
 }
 
 // What is stored, and how a failed write is reported, is the update service's (its tests sit

@@ -30,10 +30,6 @@ TEST(PageRefreshTest, StoredValueShownAsTheRadioThePlayerMeans) {
       {"uplink true", PlaybackViewForUplink(true).index, kPlaybackBlock},
   };
   for (const Case& test : cases) EXPECT_EQ(test.shown, test.expected) << test.stored;
-  // Block disables the Playback page's by-site button.
-  EXPECT_TRUE(PlaybackViewForUplink(std::nullopt).bySiteEnabled);
-  EXPECT_TRUE(PlaybackViewForUplink(false).bySiteEnabled);
-  EXPECT_FALSE(PlaybackViewForUplink(true).bySiteEnabled);
 }
 
 // The administrator's lock reads its value as the player reads booleans (whose table is with
@@ -65,7 +61,6 @@ TEST(UpdatesRefreshTest, LockAdministratorAndVersionLines) {
       {"admin, plug-in installed", true, false, true, true, false, false, true, false},
       {"user, plug-in installed", true, false, false, false, true, false, false, true},
       {"chrome mode beats admin", true, true, true, true, true, true, false, false},
-      {"chrome mode before Windows 8", false, true, false, false, false, true, false, false},
       {"Windows 8, no plug-in version", true, false, true, false, false, true, false, false},
       {"Windows 7, no plug-in version", false, false, false, false, false, false, false, true},
   };
@@ -74,15 +69,12 @@ TEST(UpdatesRefreshTest, LockAdministratorAndVersionLines) {
     facts.windows8OrLater = test.windows8;
     facts.chromeMode = test.chrome;
     facts.userAdmin = test.admin;
-    facts.mode = 2;
     if (test.npapi) facts.npapiVersion = "32.0.0.465";
     if (test.ppapi) facts.ppapiVersion = "32.0.0.466";
     UpdatesView view = ComputeUpdatesView(facts);
     EXPECT_EQ(view.locked, test.locked) << test.name;
     EXPECT_EQ(view.radiosEnabled, test.radiosEnabled) << test.name;
     EXPECT_EQ(view.changeButtonVisible, test.changeVisible) << test.name;
-    EXPECT_EQ(view.showActiveXLine, !test.windows8) << test.name;
-    EXPECT_EQ(view.mode, 2) << test.name;
   }
 }
 
@@ -103,13 +95,6 @@ TEST(UpdatesRefreshTest, FactsComeFromTheCommandLineRegistryAndAdministratorFile
   EXPECT_EQ(facts.activeXVersion, "31.0.0.1");
   EXPECT_EQ(facts.npapiVersion, std::nullopt);
   EXPECT_EQ(facts.ppapiVersion, "32.0.0.466");
-
-  // From Windows 8 on the ActiveX key is not read at all.
-  system.windows8OrLater = true;
-  system.commandLine = "C:\\x\\VantrelPlayerApp.exe mode=Chrome";
-  facts = GatherUpdatesFacts(system, config);
-  EXPECT_FALSE(facts.chromeMode);
-  EXPECT_EQ(facts.activeXVersion, std::nullopt);
 }
 
 }  // namespace

@@ -36,11 +36,10 @@ void FakeSystem::SetRegistryText(RegistryRoot root, const std::string& subKey,
   SetRegistryValue(root, subKey, name, std::move(bytes));
 }
 
-void FakeSystem::AddPlayer(PlayerKind kind, const std::string& version, bool partner) {
+void FakeSystem::AddPlayer(PlayerKind kind, const std::string& version) {
   const auto machine = RegistryRoot::LocalMachine32;
   AddRegistryKey(machine, PlayerKey(kind));
   if (!version.empty()) SetRegistryText(machine, PlayerKey(kind), "Version", version);
-  if (partner) SetRegistryNumber(machine, PlayerKey(kind), "isPartner", 1);
 }
 
 bool FakeSystem::OpenRegistryKey(RegistryRoot root, const std::string& subKey) {

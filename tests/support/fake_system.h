@@ -24,9 +24,8 @@ class FakeSystem : public SMSystem {
   // A REG_SZ value as Windows stores it: UTF-16LE with its terminating zero.
   void SetRegistryText(RegistryRoot root, const std::string& subKey, const std::string& name,
                        const std::string& asciiText);
-  // A player's key as its 32-bit installer writes it, with its version (if any) and, for a
-  // partner build, isPartner set to 1.
-  void AddPlayer(PlayerKind kind, const std::string& version = "", bool partner = false);
+  // A player's key as its 32-bit installer writes it, with its version (if any).
+  void AddPlayer(PlayerKind kind, const std::string& version = "");
 
   bool OpenRegistryKey(RegistryRoot root, const std::string& subKey) override;
   std::optional<std::vector<uint8_t>> QueryRegistryValue(const RegistryQuery& query) override;

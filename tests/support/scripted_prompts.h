@@ -27,8 +27,7 @@ class ScriptedPrompts : public SMUserPrompts {
   }
 
   // The add-site dialog answers from its own script (nothing: the user cancelled).
-  std::optional<SMAddSiteAnswer> RunAddSite(uint32_t titleId, uint32_t promptId) override {
-    addSiteAsked.push_back({titleId, promptId});
+  std::optional<SMAddSiteAnswer> RunAddSite(uint32_t, uint32_t) override {
     if (addSiteAnswers.empty()) {
       ADD_FAILURE() << "unexpected add-site dialog";
       return std::nullopt;
@@ -41,7 +40,6 @@ class ScriptedPrompts : public SMUserPrompts {
   std::vector<std::vector<uint32_t>> asked;
   std::vector<std::vector<uint32_t>> errors;
   std::deque<std::optional<SMAddSiteAnswer>> addSiteAnswers;
-  std::vector<std::vector<uint32_t>> addSiteAsked;
 
  private:
   std::vector<bool> answers_;

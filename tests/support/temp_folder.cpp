@@ -5,6 +5,12 @@
 #include <fstream>
 #include <iterator>
 
+#ifdef _WIN32
+#include <process.h>
+#else
+#include <unistd.h>
+#endif
+
 namespace fs = std::filesystem;
 
 std::string PathToUtf8(const fs::path& path) {
@@ -16,11 +22,17 @@ fs::path PathFromUtf8(const std::string& utf8) {
   return fs::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
+// The process id keeps two test programs running at once out of each other's folders.
 TempFolder::TempFolder() {
+#ifdef _WIN32
+  const int process = _getpid();
+#else
+  const int process = getpid();
+#endif
   static std::atomic<unsigned> counter{0};
   auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-  path_ = fs::temp_directory_path() /
-          ("vp-test-" + std::to_string(stamp) + "-" + std::to_string(counter++));
+  path_ = fs::temp_directory_path() / ("vp-test-" + std::to_string(process) + "-" +
+                                       std::to_string(stamp) + "-" + std::to_string(counter++));
   fs::create_directories(path_);
 }
 
