@@ -11,9 +11,8 @@ TEST(ParseBool, ReadsTextsAsThePlayerDoes) {
   };
   // clang-format off
   const Case cases[] = {
-      {"TRUE", true}, {"tRuE", true}, {"Yes", true}, {"Y", true}, {"t", true}, {"1", true},
-      {"-3", true}, {"2abc", true}, {" 7", true}, {"+1", true}, {std::string("1\0", 2), true},
-      {"", false}, {"false", false}, {"no", false}, {"0", false}, {"-0", false}, {"on", false},
+      {"tRuE", true}, {"Yes", true}, {"Y", true}, {"t", true}, {"-3", true}, {"2abc", true},
+      {" 7", true}, {std::string("1\0", 2), true}, {"", false}, {"0", false}, {"on", false},
       {" yes", false}, {"yes ", false}, {"truex", false}, {"0x1", false},
       {std::string("\0" "1", 2), false}};
   // clang-format on

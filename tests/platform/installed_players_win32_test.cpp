@@ -3,12 +3,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <chrono>
 #include <filesystem>
-#include <sstream>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "admincfg/admin_config.h"
 #include "platform/installed_players.h"
@@ -60,71 +56,6 @@ class PlayerRegistry {
   }
 };
 
-fs::path ProgramPath() {
-  wchar_t path[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, path, MAX_PATH);
-  return path;
-}
-
-// Puts copies of the stub where the update service (beside this test program) and the two
-// uninstallers (in a temporary folder) are looked for, and keeps the log of their command
-// lines. Removes everything it created.
-class PlayerTools {
- public:
-  PlayerTools() {
-    const fs::path folder = ProgramPath().parent_path();
-    createdServiceFolders_ = !fs::exists(folder / "Tessalin");
-    service = folder / "Tessalin" / "Vantrel" / "VantrelPlayerUpdateService.exe";
-    fs::create_directories(service.parent_path());
-    for (const fs::path& tool : {service, pepperUninstaller, pluginUninstaller}) {
-      fs::copy_file(folder / "player_tool_stub.exe", tool, fs::copy_options::overwrite_existing);
-    }
-    SetEnvironmentVariableW(L"VP_PLAYER_TOOL_LOG", log_.c_str());
-  }
-  ~PlayerTools() {
-    SetEnvironmentVariableW(L"VP_PLAYER_TOOL_LOG", nullptr);
-    std::error_code ignored;
-    fs::remove_all(createdServiceFolders_ ? service.parent_path().parent_path() : service, ignored);
-    fs::remove(service.wstring() + L".exitcode", ignored);
-  }
-  static void SetExitCode(const fs::path& tool, unsigned long code) {
-    WriteFileBytes(tool.wstring() + L".exitcode", std::to_string(code));
-  }
-  // One command line per launch, in the order they ran; the log starts afresh.
-  std::vector<std::string> TakeCommandLines() {
-    std::vector<std::string> lines;
-    std::istringstream text(fs::exists(log_) ? ReadFileBytes(log_) : "");
-    for (std::string line; std::getline(text, line);) lines.push_back(line);
-    fs::remove(log_);
-    return lines;
-  }
-
- private:
-  TempFolder tools_;
-  fs::path log_ = tools_.path() / "launches.log";
-  bool createdServiceFolders_ = false;
-
- public:
-  fs::path service;
-  fs::path pepperUninstaller = tools_.path() / "PepperUninstall.exe";
-  fs::path pluginUninstaller = tools_.path() / "PluginUninstall.exe";
-};
-
-// The administrator file in the prefix's 32-bit system folder (the prefix has none of its own),
-// removed afterwards with the folders made for it.
-struct AdminFileGuard {
-  explicit AdminFileGuard(const std::string& utf8) : path(PathFromUtf8(utf8)) {
-    fs::create_directories(path.parent_path());
-  }
-  ~AdminFileGuard() {
-    std::error_code ignored;
-    if (createdFolder) fs::remove_all(path.parent_path().parent_path(), ignored);
-    fs::remove(path, ignored);
-  }
-  fs::path path;
-  bool createdFolder = !fs::exists(path.parent_path().parent_path());
-};
-
 }  // namespace
 
 // How the stored bytes read is the native tests' table; here, that the real registry's 32-bit
@@ -159,72 +90,48 @@ TEST(Win32Players, VersionAndAdministratorAreTheSystemsOwn) {
 TEST(Win32Players, ApplyUpdateModeRunsTheToolsAndRewritesTheAdministratorFile) {
   Win32System system;
   PlayerRegistry registry;
-  PlayerTools tools;
-  AdminFileGuard adminFile(AdminConfigFilePath(system));
-  registry.SetText(kPluginKey, L"UninstallerPath", tools.pluginUninstaller.wstring());
-  WriteFileBytes(adminFile.path, "AVHardwareDisable=1\nAutoUpdateDisable=1\n");
-  PlayerTools::SetExitCode(tools.service, 259);
+  TempFolder temp;
+  // Copies of the stub where the update service (beside this program) and the NPAPI uninstaller
+  // are looked for; each appends its command line to the log.
+  wchar_t program[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  const fs::path folder = fs::path(program).parent_path();
+  const fs::path service = folder / "Tessalin" / "Vantrel" / "VantrelPlayerUpdateService.exe";
+  const fs::path uninstaller = temp.path() / "PluginUninstall.exe";
+  const fs::path log = temp.path() / "launches.log";
+  fs::create_directories(service.parent_path());
+  for (const fs::path& tool : {service, uninstaller}) {
+    fs::copy_file(folder / "player_tool_stub.exe", tool, fs::copy_options::overwrite_existing);
+  }
+  SetEnvironmentVariableW(L"VP_PLAYER_TOOL_LOG", log.c_str());
+  const fs::path adminFile = PathFromUtf8(AdminConfigFilePath(system));
+  registry.SetText(kPluginKey, L"UninstallerPath", uninstaller.wstring());
+  WriteFileBytes(adminFile, "AVHardwareDisable=1\nAutoUpdateDisable=1\n");
+  WriteFileBytes(service.wstring() + L".exitcode", "259");
   EXPECT_FALSE(RunUpdateService(system, "-install"));
   EXPECT_TRUE(RunNpapiUninstaller(system, " -setnpapinotification 1"));
-  EXPECT_FALSE(RunPpapiUninstaller(system, " -setppapinotification 1"));  // no PPAPI player
-  tools.TakeCommandLines();
+  fs::remove(log);
 
   // The service's failure does not keep the mode from being stored.
-  SMAdminConfig config(PathToUtf8(adminFile.path));
+  SMAdminConfig config(PathToUtf8(adminFile));
   ASSERT_TRUE(ApplyUpdateMode(system, &config, kUpdateAutomatically));
-  EXPECT_EQ(
-      tools.TakeCommandLines(),
-      (std::vector<std::string>{PathToUtf8(tools.service) + " -install",
-                                PathToUtf8(tools.pluginUninstaller) + " -setnpapinotification 1"}));
+  EXPECT_EQ(ReadFileBytes(log), PathToUtf8(service) + " -install\n" + PathToUtf8(uninstaller) +
+                                    " -setnpapinotification 1\n");
   const std::string automatic =
       "AVHardwareDisable=1\r\nAutoUpdateDisable=0\r\nSilentAutoUpdateEnable=1\r\n";
-  EXPECT_EQ(ReadFileBytes(adminFile.path), automatic);
+  EXPECT_EQ(ReadFileBytes(adminFile), automatic);
 
   // Held by another program that shares only reads: false, and the object reloads the file.
-  HANDLE holder = CreateFileW(adminFile.path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+  HANDLE holder = CreateFileW(adminFile.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                               OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   ASSERT_NE(holder, INVALID_HANDLE_VALUE);
   EXPECT_FALSE(ApplyUpdateMode(system, &config, kUpdateNever));
   CloseHandle(holder);
   EXPECT_EQ(ReadUpdateMode(config), kUpdateAutomatically);
-  EXPECT_EQ(ReadFileBytes(adminFile.path), automatic);
+  EXPECT_EQ(ReadFileBytes(adminFile), automatic);
 
-  fs::remove(tools.service);
+  fs::remove_all(folder / "Tessalin");
   EXPECT_FALSE(RunUpdateService(system, "-install"));  // it cannot start
-}
-
-namespace {
-
-// The real shell elevation, but of the stub instead of this test program, and with the end of
-// the process turned into an exception the test can catch.
-class StubElevationSystem : public Win32System {
- public:
-  explicit StubElevationSystem(std::string program) : program_(std::move(program)) {}
-  std::string ModulePath() override { return program_; }
-  [[noreturn]] void ExitProcess(int status) override { throw status; }
-
- private:
-  std::string program_;
-};
-
-}  // namespace
-
-TEST(Win32Players, RelaunchElevatedStartsTheProgramWithTheUpdatesPageKeyword) {
-  PlayerTools tools;
-  StubElevationSystem system(PathToUtf8(tools.pepperUninstaller));
-  std::optional<int> exitStatus;
-  try {
-    RelaunchElevated(system);
-  } catch (int status) {
-    exitStatus = status;
-  }
-  ASSERT_EQ(exitStatus, 0);
-  // The shell starts the copy without waiting for it.
-  std::vector<std::string> lines;
-  for (int i = 0; i < 100 && lines.empty(); ++i) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    lines = tools.TakeCommandLines();
-  }
-  ASSERT_EQ(lines.size(), 1u);
-  EXPECT_TRUE(lines[0].ends_with(" startupdialog=advanced")) << lines[0];
+  SetEnvironmentVariableW(L"VP_PLAYER_TOOL_LOG", nullptr);
+  fs::remove(adminFile);
 }

@@ -4,12 +4,11 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 int main() {
-  wchar_t logPath[MAX_PATH] = {};
-  DWORD logLength = GetEnvironmentVariableW(L"VP_PLAYER_TOOL_LOG", logPath, MAX_PATH);
-  if (logLength > 0 && logLength < MAX_PATH) {
+  if (const wchar_t* logPath = _wgetenv(L"VP_PLAYER_TOOL_LOG")) {
     if (std::FILE* log = _wfopen(logPath, L"ab")) {
       std::fprintf(log, "%s\n", GetCommandLineA());
       std::fclose(log);
@@ -18,8 +17,7 @@ int main() {
   wchar_t selfPath[MAX_PATH] = {};
   GetModuleFileNameW(nullptr, selfPath, MAX_PATH);
   unsigned long exitCode = 0;
-  std::wstring codePath = std::wstring(selfPath) + L".exitcode";
-  if (std::FILE* codeFile = _wfopen(codePath.c_str(), L"r")) {
+  if (std::FILE* codeFile = _wfopen((std::wstring(selfPath) + L".exitcode").c_str(), L"r")) {
     if (std::fscanf(codeFile, "%lu", &exitCode) != 1) exitCode = 0;
     std::fclose(codeFile);
   }
