@@ -98,18 +98,15 @@ TEST(SiteListModel, CommonChoiceOfTheSelectedRows) {
   }
   SiteListModel model(SiteListKind::kCameraMic, settings, profile.strings, LowerKey);
   model.Fill();
-  struct Case {
-    std::vector<size_t> selected;
-    std::vector<SiteChoice> shown;  // HTTPS, other
-  };
-  const Case cases[] = {
+  // The selected rows and the choices shown for them (HTTPS, other).
+  const std::pair<std::vector<size_t>, std::vector<SiteChoice>> cases[] = {
       {{}, {kChoiceNone, kChoiceNone}},
       {{0}, {kChoiceAllow, kChoiceBlock}},
       {{0, 1}, {kChoiceAllow, kChoiceNone}},
       {{1, 2}, {kChoiceNone, kChoiceAsk}},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(model.CommonChoices(c.selected), c.shown) << c.selected.size();
+  for (const auto& [selected, shown] : cases) {
+    EXPECT_EQ(model.CommonChoices(selected), shown) << selected.size();
   }
   // Choosing Ask for a mixed selection asks again everywhere.
   model.ApplyChoice(1, kChoiceAsk, {0, 1, 2});

@@ -166,7 +166,6 @@ TEST(PageChoiceTest, FailedMasterWriteTouchesNoSite) {
 TEST(UpdatesChoiceTest, ModeStaysWhenNothingCouldBeStored) {
   TempFolder temp;
   FakeSystem system;
-  system.modulePath = "C:\\Program Files\\Vantrel\\VantrelPlayerApp.exe";
   SMAdminConfig writable(PathToUtf8(temp.path() / "tss.cfg"));
   EXPECT_EQ(ApplyUpdatesChoice(system, &writable, kUpdateNever, kUpdateAutomatically),
             kUpdateAutomatically);
