@@ -207,20 +207,16 @@ TEST(TrustedLocations, OddValuesAreListedAsFarAsPossibleAndNotRewrittenByReading
   mixed.Append(SettingValue::Boolean("C:\\yes", true));
   mixed.Append(SettingValue::Number("C:\\number", 3));
   mixed.Append(SettingValue::Boolean("C:\\no", false));
-  struct Case {
-    SettingValue stored;
-    std::vector<std::string> listed;
-  };
-  const Case cases[] = {
+  const std::pair<SettingValue, std::vector<std::string>> cases[] = {
       {SettingValue::String("trustedPaths", "C:\\text"), {}},
       {SettingValue::Array("trustedPaths", mixed), {"C:\\yes", "C:\\number", "C:\\no"}},
   };
-  for (const Case& c : cases) {
+  for (const auto& [stored, listed] : cases) {
     DialogProfile profile;
-    ASSERT_TRUE(profile.settings->SetValue(kMaster, c.stored));
+    ASSERT_TRUE(profile.settings->SetValue(kMaster, stored));
     SMSettingsManager opened(*profile.platform);
     const std::string before = ReadFileBytes(profile.MasterFile());
-    EXPECT_EQ(TrustedLocations(opened), c.listed);
+    EXPECT_EQ(TrustedLocations(opened), listed);
     EXPECT_EQ(ReadFileBytes(profile.MasterFile()), before);
   }
 

@@ -13,23 +13,19 @@ namespace {
 // The radio each page shows for the stored value. What a storage limit means is the per-site
 // rules' (tested with them); the Storage page only maps it onto its own radio order.
 TEST(PageRefreshTest, StoredValueShownAsTheRadioThePlayerMeans) {
-  struct Case {
-    const char* stored;
-    int shown;
-    int expected;
+  const std::pair<int, int> cases[] = {
+      {StorageIndexForLimit(std::nullopt), kStorageAllow},
+      {StorageIndexForLimit(0.0), kStorageAsk},
+      {StorageIndexForLimit(-1.0), kStorageBlock},
+      {CameraMicIndexForAlways(std::nullopt), kCameraMicAsk},
+      {CameraMicIndexForAlways(false), kCameraMicAsk},
+      {CameraMicIndexForAlways(true), kCameraMicBlock},
+      {PlaybackViewForUplink(std::nullopt).index, kPlaybackAsk},
+      {PlaybackViewForUplink(false).index, kPlaybackAsk},
+      {PlaybackViewForUplink(true).index, kPlaybackBlock},
   };
-  const Case cases[] = {
-      {"klimit absent", StorageIndexForLimit(std::nullopt), kStorageAllow},
-      {"klimit 0", StorageIndexForLimit(0.0), kStorageAsk},
-      {"klimit -1", StorageIndexForLimit(-1.0), kStorageBlock},
-      {"always absent", CameraMicIndexForAlways(std::nullopt), kCameraMicAsk},
-      {"always false", CameraMicIndexForAlways(false), kCameraMicAsk},
-      {"always true", CameraMicIndexForAlways(true), kCameraMicBlock},
-      {"uplink absent", PlaybackViewForUplink(std::nullopt).index, kPlaybackAsk},
-      {"uplink false", PlaybackViewForUplink(false).index, kPlaybackAsk},
-      {"uplink true", PlaybackViewForUplink(true).index, kPlaybackBlock},
-  };
-  for (const Case& test : cases) EXPECT_EQ(test.shown, test.expected) << test.stored;
+  for (size_t row = 0; row < std::size(cases); ++row)
+    EXPECT_EQ(cases[row].first, cases[row].second) << "row " << row;
 }
 
 // The administrator's lock reads its value as the player reads booleans (whose table is with
