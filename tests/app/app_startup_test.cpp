@@ -6,9 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "support/fake_system.h"
-#include "support/native_platform.h"
-#include "support/temp_folder.h"
 #include "support/test_profile.h"
 
 namespace {
@@ -95,15 +92,9 @@ class LoggingFactory : public SMAppFactory {
 
 class AppStartupTest : public ::testing::Test {
  protected:
-  AppStartupTest() {
-    UseFoldersIn(system, profile);
-    SMPlatformServices::ResetPathCachesForTesting();
-  }
+  int Run() { return RunSettingsApplication(profile.system, factory, frame); }
 
-  int Run() { return RunSettingsApplication(system, factory, frame); }
-
-  TempFolder profile;
-  FakeSystem system;
+  TestProfile profile;
   std::vector<std::string> log;
   LoggingFactory factory{log};
   RecordingFrame frame{log};
@@ -137,8 +128,8 @@ TEST(StartPageIndexTest, KeywordsSelectFixedIndicesFirstMatchWinning) {
 }
 
 TEST_F(AppStartupTest, BuildsRunsAndTearsDownInOrderWithTheUpdatesPage) {
-  system.AddPlayer(PlayerKind::Npapi);
-  system.commandLine = "VantrelPlayerApp.exe startupdialog=advanced";
+  profile.system.AddPlayer(PlayerKind::Npapi);
+  profile.system.commandLine = "VantrelPlayerApp.exe startupdialog=advanced";
 
   EXPECT_EQ(Run(), 0);
 
