@@ -121,7 +121,8 @@ TEST_F(SheetTest, LayoutIsMirroredExactlyInRightToLeftLanguages) {
 }
 
 TEST(ProgramResourcesTest, ManifestAsksForCommonControlsSix) {
-  HMODULE module = LoadLibraryExW(WindowsPath(VP_APP_EXE_PATH).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+  HMODULE module =
+      LoadLibraryExW(WindowsPath(VP_APP_EXE_PATH).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
   ASSERT_NE(module, nullptr);
   HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(24));
   ASSERT_NE(resource, nullptr) << "no RT_MANIFEST 1";
