@@ -1,6 +1,8 @@
 #include "platform/platform_services.h"
 
+#include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "admincfg/admin_config.h"
 #include "admincfg/parse_bool.h"
@@ -14,6 +16,9 @@ struct PathCaches {
   std::string privateData;
   std::string adminConfigFile;
   std::string separator;
+  std::string vendorFolder;
+  // The data paths that came out cut or empty, as they were handed out.
+  std::vector<std::string> cutPaths;
 };
 
 PathCaches& Caches() {
@@ -95,14 +100,35 @@ std::optional<std::string> Utf8Text(std::u16string_view units) {
 
 // base + suffix as the player's buffer holds them: whatever does not fit in 259 units is cut.
 // Empty when the text cannot be converted (a cut through a surrogate pair, or a base that is
-// not UTF-8), so that the path cache stays empty and the next call tries again.
+// not UTF-8), so that the path cache stays empty and the next call tries again. A path that
+// did not come out whole is remembered, so that nothing is deleted or written there.
 std::string BoundedPath(std::string_view base, const char* backslashSuffix) {
   std::optional<std::u16string> units = Utf16Units(base);
   std::optional<std::u16string> suffix = Utf16Units(NativeRelativePath(backslashSuffix));
-  if (!units || !suffix) return std::string();
-  *units += *suffix;
-  if (units->size() > kPathBufferUnits - 1) units->resize(kPathBufferUnits - 1);
-  return Utf8Text(*units).value_or("");
+  std::string path;
+  bool whole = false;
+  if (units && suffix) {
+    *units += *suffix;
+    whole = units->size() <= kPathBufferUnits - 1;
+    if (!whole) units->resize(kPathBufferUnits - 1);
+    path = Utf8Text(*units).value_or("");
+  }
+  std::vector<std::string>& cutPaths = Caches().cutPaths;
+  if ((!whole || path.empty()) &&
+      std::find(cutPaths.begin(), cutPaths.end(), path) == cutPaths.end()) {
+    cutPaths.push_back(path);
+  }
+  return path;
+}
+
+bool IsSeparator(char c) {
+  return c == kPathSeparator || (kPathSeparator == '\\' && c == '/');
+}
+
+// True when path is folder itself or lies below it.
+bool IsAtOrBelow(const std::string& path, const std::string& folder) {
+  if (path.compare(0, folder.size(), folder) != 0) return false;
+  return path.size() == folder.size() || IsSeparator(path[folder.size()]);
 }
 
 constexpr const char* kShellFoldersKey =
@@ -116,6 +142,13 @@ std::string NativeRelativePath(const char* backslashPath) {
     if (c == '\\') c = kPathSeparator;
   }
   return path;
+}
+
+bool IsCutDataPath(const std::string& path) {
+  if (path.empty()) return true;
+  const std::vector<std::string>& cutPaths = Caches().cutPaths;
+  return std::any_of(cutPaths.begin(), cutPaths.end(),
+                     [&](const std::string& cut) { return IsAtOrBelow(path, cut); });
 }
 
 SMPlatformServices::SMPlatformServices(SMSystem& system) : system_(system) {
@@ -154,6 +187,10 @@ const std::string& SMPlatformServices::PrivateDataFolder() {
                 [&] { return RoamingPath("\\Brinmor\\Vantrel Player\\KPSPrivateData2"); });
 }
 
+const std::string& SMPlatformServices::VendorFolder() {
+  return Cached(Caches().vendorFolder, [&] { return RoamingPath("\\Brinmor\\Vantrel Player"); });
+}
+
 const std::string& SMPlatformServices::PlayerDataRoot() {
   return Cached(Caches().playerDataRoot, [&] { return ComputePlayerDataRoot(); });
 }
@@ -184,4 +221,41 @@ const std::string& AdminConfigFilePath(SMSystem& system) {
     if (folder.empty()) return std::string();
     return BoundedPath(folder, "\\Tessalin\\Vantrel\\tss.cfg");
   });
+}
+
+std::optional<SMPlatformServices::DeletionRefusal> SMPlatformServices::TakeLastRefusal() {
+  return std::exchange(lastRefusal_, std::nullopt);
+}
+
+std::optional<std::string> SMPlatformServices::LinkOnTheWay(const std::string& path) {
+  for (const std::string* root : {&PlayerDataRoot(), &VendorFolder()}) {
+    if (root->empty() || path.size() <= root->size() || !IsAtOrBelow(path, *root)) continue;
+    // Each folder after the root up to, not including, the path itself.
+    for (size_t end = root->size() + 1; end < path.size(); ++end) {
+      if (IsSeparator(path[end]) && !IsSeparator(path[end - 1])) {
+        std::string folder = path.substr(0, end);
+        if (IsLink(folder)) return folder;
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+bool SMPlatformServices::DeleteTree(const std::string& path) {
+  using Reason = DeletionRefusal::Reason;
+  if (IsCutDataPath(path)) {
+    lastRefusal_ = DeletionRefusal{Reason::kCutDataPath, path};
+    return false;
+  }
+  // Whatever lies behind a link on the way is not the player's: a folder swapped for a link to
+  // another place must not make that place's contents the target of a deletion.
+  if (std::optional<std::string> link = LinkOnTheWay(path)) {
+    lastRefusal_ = DeletionRefusal{Reason::kLinkOnTheWay, *link};
+    return false;
+  }
+  return DeleteWithoutFollowingLinks(path);
+}
+
+bool SMPlatformServices::DeleteBeforeRewrite(const std::string& path) {
+  return !IsCutDataPath(path) && DeleteWithoutFollowingLinks(path);
 }

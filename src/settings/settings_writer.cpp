@@ -139,7 +139,7 @@ std::string SerializeSettings(const SettingsTable& table, std::string_view objec
 bool WriteSettingsStream(SMPlatformServices& platform, const std::string& folder,
                          const std::string& filePath, std::string_view stream) {
   platform.CreateFolder(folder, ".");
-  if (!platform.DeleteTree(filePath)) return false;
+  if (!platform.DeleteBeforeRewrite(filePath)) return false;
   std::FILE* file = OpenFileUtf8(filePath, "wb");
   if (file == nullptr) return false;
   size_t written = std::fwrite(stream.data(), 1, stream.size(), file);

@@ -1,4 +1,5 @@
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -43,17 +44,30 @@ std::string Join(const std::string& folder, const std::string& name) {
   return folder + "/" + name;
 }
 
-// Symbolic links are never followed: removing one removes the link, and a tree is only ever
-// walked through real folders, so nothing outside the tree is touched.
-bool DeleteEntry(const std::string& path) {
+// Deletes name inside the folder open as folderFd. A symbolic link is removed as a link, and a
+// folder is opened relative to its parent without following links, so even a folder swapped for
+// a link while the walk runs is never entered: nothing outside the tree is touched.
+bool DeleteAt(int folderFd, const char* name) {
   struct stat status;
-  if (lstat(path.c_str(), &status) != 0) return errno == ENOENT || errno == ENOTDIR;
-  if (!S_ISDIR(status.st_mode)) return unlink(path.c_str()) == 0 || errno == ENOENT;
-  bool deleted = true;
-  if (std::optional<std::vector<std::string>> names = ReadFolder(path)) {
-    for (const std::string& name : *names) deleted = DeleteEntry(Join(path, name)) && deleted;
+  if (fstatat(folderFd, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    return errno == ENOENT || errno == ENOTDIR;
   }
-  return rmdir(path.c_str()) == 0 && deleted;
+  if (!S_ISDIR(status.st_mode)) return unlinkat(folderFd, name, 0) == 0 || errno == ENOENT;
+  bool deleted = true;
+  int fd = openat(folderFd, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+  if (DIR* directory = fd >= 0 ? fdopendir(fd) : nullptr) {
+    std::vector<std::string> names;
+    while (dirent* entry = readdir(directory)) {
+      if (!IsDotEntry(entry->d_name)) names.emplace_back(entry->d_name);
+    }
+    for (const std::string& entryName : names) {
+      deleted = DeleteAt(dirfd(directory), entryName.c_str()) && deleted;
+    }
+    closedir(directory);
+  } else if (fd >= 0) {
+    close(fd);
+  }
+  return unlinkat(folderFd, name, AT_REMOVEDIR) == 0 && deleted;
 }
 
 struct WalkResult {
@@ -84,6 +98,7 @@ WalkResult WalkByAge(const std::string& folder, uint64_t minAge, uint64_t maxAge
   return {true, empty};
 }
 
+// A symbolic link counts nothing: what it points to is not part of the tree.
 uint64_t SizeOf(const std::string& path) {
   struct stat status;
   if (lstat(path.c_str(), &status) != 0) return 0;
@@ -119,8 +134,13 @@ void SetFileTreeNowForTesting(std::optional<uint64_t> fixedNow) {
   FixedNow() = fixedNow;
 }
 
-bool PosixPlatformServices::DeleteTree(const std::string& path) {
-  return DeleteEntry(path);
+bool PosixPlatformServices::DeleteWithoutFollowingLinks(const std::string& path) {
+  return !path.empty() && DeleteAt(AT_FDCWD, path.c_str());
+}
+
+bool PosixPlatformServices::IsLink(const std::string& path) {
+  struct stat status;
+  return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
 bool PosixPlatformServices::RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
@@ -135,6 +155,7 @@ uint64_t PosixPlatformServices::TreeSize(const std::string& path) {
 }
 
 bool PosixPlatformServices::CreateFolder(const std::string& parent, const std::string& name) {
+  if (IsCutDataPath(parent)) return false;
   EnsureFolder(parent);
   // Windows drops a "." component from a path, so "parent\." creates the parent itself; the
   // settings writer relies on that to make a file's folder.

@@ -71,19 +71,22 @@ WalkResult WalkByAge(const std::wstring& folder, uint64_t minAge, uint64_t maxAg
   return {true, empty};
 }
 
+// A link counts nothing: what it points to is not part of the tree. The file itself is opened
+// as itself, so a file swapped for a link after the check is not measured through it.
 uint64_t SizeOf(const std::wstring& path) {
   DWORD attributes = GetFileAttributesW(path.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES) return 0;
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+    return 0;
+  }
   if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
     HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                              FILE_ATTRIBUTE_NORMAL, nullptr);
+                              FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     if (file == INVALID_HANDLE_VALUE) return 0;
     LARGE_INTEGER size{};
     BOOL known = GetFileSizeEx(file, &size);
     CloseHandle(file);
     return known ? static_cast<uint64_t>(size.QuadPart) : 0;
   }
-  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return 0;
   uint64_t total = 0;
   ForEachEntry(path, [&](const WIN32_FIND_DATAW& entry) {
     total += SizeOf(path + L"\\" + entry.cFileName);
@@ -105,30 +108,89 @@ bool EnsureFolder(const std::wstring& path) {
   return false;
 }
 
-// Deletes a file, or a folder with everything in it, with the file API; false as soon as
-// anything is not plainly deletable (absent, read-only, in use, a junction...), leaving what is
-// left for the shell. The shell's delete walks the same tree far more slowly, with a change
-// notification for every entry, and this is the work it does when nothing goes wrong.
-bool DeleteDirectly(const std::wstring& path) {
-  DWORD attributes = GetFileAttributesW(path.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES) return false;
-  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) return DeleteFileW(path.c_str()) != 0;
-  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return false;
+// How far the file API got with a tree.
+enum class DirectDelete {
+  kDeleted,  // everything is gone
+  kLeft,     // something plain is left (absent, read-only, in use): the shell may try it
+  kRefused,  // a link could not be removed as a link: the shell must not walk this tree
+};
+
+DirectDelete Worse(DirectDelete a, DirectDelete b) {
+  return static_cast<int>(a) > static_cast<int>(b) ? a : b;
+}
+
+bool IsReparsePoint(DWORD attributes) {
+  return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+// Removes a link itself, never what it points to. The link is opened as itself and deleted
+// through that handle, so what goes is exactly what was checked. Under Wine a symbolic link of
+// the host shows as a reparse point when listed, but every handle to it opens its target, and
+// removing it by name removes an empty target instead: there it is refused.
+DirectDelete RemoveLink(const std::wstring& path) {
+  HANDLE link =
+      CreateFileW(path.c_str(), DELETE | FILE_READ_ATTRIBUTES,
+                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                  FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+  if (link == INVALID_HANDLE_VALUE) return DirectDelete::kRefused;
+  BY_HANDLE_FILE_INFORMATION info;
+  FILE_DISPOSITION_INFO disposition{TRUE};
+  bool removed =
+      GetFileInformationByHandle(link, &info) && IsReparsePoint(info.dwFileAttributes) &&
+      SetFileInformationByHandle(link, FileDispositionInfo, &disposition, sizeof disposition);
+  CloseHandle(link);
+  return removed ? DirectDelete::kDeleted : DirectDelete::kRefused;
+}
+
+DirectDelete DeleteEntryDirectly(const std::wstring& path, DWORD attributes, bool linksOnly);
+
+// A folder and everything in it. Once something is left, the rest of the tree stays for the
+// shell, as its own delete would have stopped there too; but every entry is still visited and
+// every link in it removed, so that the shell finds no link to walk into.
+DirectDelete DeleteFolderDirectly(const std::wstring& path, bool linksOnly) {
+  // Opened as itself, a folder that became a link since it was listed shows as one; held open
+  // without delete sharing while its entries go, it cannot be renamed away and replaced by a
+  // junction under the walk.
+  HANDLE folder = CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                              FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                              FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+  if (folder == INVALID_HANDLE_VALUE) return DirectDelete::kRefused;
+  BY_HANDLE_FILE_INFORMATION info;
+  if (!GetFileInformationByHandle(folder, &info) || IsReparsePoint(info.dwFileAttributes)) {
+    CloseHandle(folder);
+    return RemoveLink(path);
+  }
+  DirectDelete result = linksOnly ? DirectDelete::kLeft : DirectDelete::kDeleted;
   WIN32_FIND_DATAW entry;
   HANDLE find = FindFirstFileW((path + L"\\*").c_str(), &entry);
-  if (find == INVALID_HANDLE_VALUE) return false;
-  bool deleted = true;
-  do {
-    if (IsDotEntry(entry.cFileName)) continue;
-    const std::wstring child = path + L"\\" + entry.cFileName;
-    if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-      deleted = IsRealFolder(entry) && DeleteDirectly(child);
-    } else {
-      deleted = DeleteFileW(child.c_str()) != 0;
-    }
-  } while (deleted && FindNextFileW(find, &entry));
-  FindClose(find);
-  return deleted && RemoveDirectoryW(path.c_str()) != 0;
+  if (find == INVALID_HANDLE_VALUE) {
+    result = DirectDelete::kLeft;
+  } else {
+    do {
+      if (IsDotEntry(entry.cFileName)) continue;
+      const std::wstring child = path + L"\\" + entry.cFileName;
+      result = Worse(result, DeleteEntryDirectly(child, entry.dwFileAttributes,
+                                                 result != DirectDelete::kDeleted));
+    } while (FindNextFileW(find, &entry));
+    FindClose(find);
+  }
+  CloseHandle(folder);
+  if (result != DirectDelete::kDeleted) return result;
+  return RemoveDirectoryW(path.c_str()) ? DirectDelete::kDeleted : DirectDelete::kLeft;
+}
+
+// Deletes a file, a link or a folder tree with the file API. The shell's delete walks the same
+// tree far more slowly, with a change notification for every entry; this is the work it does
+// when nothing goes wrong.
+DirectDelete DeleteEntryDirectly(const std::wstring& path, DWORD attributes, bool linksOnly) {
+  // The shell's delete walks into a junction or a folder link and deletes what it points to.
+  // This program runs elevated after a change on the Updates page, and any unprivileged program
+  // can plant a junction in the user's data folders: followed, it would turn "Delete All" into
+  // the deletion of system files. So a reparse point is only ever removed as itself, and a tree
+  // holding one that cannot be removed so is never handed to the shell.
+  if (IsReparsePoint(attributes)) return RemoveLink(path);
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return DeleteFolderDirectly(path, linksOnly);
+  return !linksOnly && DeleteFileW(path.c_str()) ? DirectDelete::kDeleted : DirectDelete::kLeft;
 }
 
 bool HasWildcard(const std::wstring& path) {
@@ -150,13 +212,18 @@ void SetFileTreeNowForTesting(std::optional<uint64_t> fixedNow) {
   FixedNow() = fixedNow;
 }
 
-bool Win32PlatformServices::DeleteTree(const std::string& path) {
+bool Win32PlatformServices::DeleteWithoutFollowingLinks(const std::string& path) {
   std::optional<std::wstring> widePath = ToUtf16(path);
-  if (!widePath) return false;
-  // What the file API deletes completely the shell would have deleted with success. Anything
-  // else (an absent path, wildcards the shell expands, a file it must force) goes to the shell,
-  // whose result decides, on whatever is left.
-  if (!widePath->empty() && !HasWildcard(*widePath) && DeleteDirectly(*widePath)) return true;
+  // The shell expands wildcards into names nobody has checked for links.
+  if (!widePath || widePath->empty() || HasWildcard(*widePath)) return false;
+  DWORD attributes = GetFileAttributesW(widePath->c_str());
+  DirectDelete direct = attributes == INVALID_FILE_ATTRIBUTES
+                            ? DirectDelete::kLeft
+                            : DeleteEntryDirectly(*widePath, attributes, false);
+  if (direct != DirectDelete::kLeft) return direct == DirectDelete::kDeleted;
+  // What the file API deleted completely the shell would have deleted with success. What is
+  // left plainly (an absent path, a read-only file, a file in use) goes to the shell, whose
+  // result decides; no link is left in it.
   std::wstring fromList = *widePath;
   fromList.push_back(L'\0');  // the shell's list of names ends with an empty name
   SHFILEOPSTRUCTW operation{};
@@ -168,6 +235,13 @@ bool Win32PlatformServices::DeleteTree(const std::string& path) {
     if (result == success) return true;
   }
   return false;
+}
+
+bool Win32PlatformServices::IsLink(const std::string& path) {
+  std::optional<std::wstring> widePath = ToUtf16(path);
+  if (!widePath) return false;
+  DWORD attributes = GetFileAttributesW(widePath->c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && IsReparsePoint(attributes);
 }
 
 bool Win32PlatformServices::RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
@@ -185,6 +259,7 @@ uint64_t Win32PlatformServices::TreeSize(const std::string& path) {
 }
 
 bool Win32PlatformServices::CreateFolder(const std::string& parent, const std::string& name) {
+  if (IsCutDataPath(parent)) return false;
   std::optional<std::wstring> wideParent = ToUtf16(parent);
   std::optional<std::wstring> wideName = ToUtf16(name);
   if (!wideParent || !wideName) return false;
