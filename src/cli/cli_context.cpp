@@ -46,7 +46,16 @@ class FailureNotingPlatform : public Platform {
 
   bool DeleteTree(const std::string& path) override {
     ClearSystemError();
-    return Noted(Platform::DeleteTree(path), "delete", path);
+    const bool deleted = Platform::DeleteTree(path);
+    if (std::optional<SMPlatformServices::DeletionRefusal> refusal = this->TakeLastRefusal()) {
+      const bool link =
+          refusal->reason == SMPlatformServices::DeletionRefusal::Reason::kLinkOnTheWay;
+      failures_.push_back(
+          {"delete", path,
+           (link ? "it lies behind the link " : "it lies in the cut data path ") + refusal->path});
+      return deleted;
+    }
+    return Noted(deleted, "delete", path);
   }
   bool CreateFolder(const std::string& parent, const std::string& name) override {
     ClearSystemError();

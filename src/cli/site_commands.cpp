@@ -107,6 +107,16 @@ int ShowSite(CliContext& context, const std::string& site) {
   return kExitOk;
 }
 
+// The master domain names the global settings (removing it deletes the whole settings folder)
+// and the empty name cannot be stored in the list of sites: neither is ever taken as a site.
+std::optional<Refusal> RefuseNonSite(const std::string& site) {
+  if (site.empty()) return Refusal{kExitUsage, "the site name is empty"};
+  if (site == SMSettingsManager::MasterDomain()) {
+    return Refusal{kExitUsage, site + " names the global settings, not a site"};
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 int RunSites(CliContext& context) {
@@ -129,6 +139,7 @@ int RunSites(CliContext& context) {
 
 int RunSite(CliContext& context, const std::string& site, const std::string& permission,
             const std::string& word) {
+  if (std::optional<Refusal> refusal = RefuseNonSite(site)) return Fail(*refusal);
   if (permission.empty()) return ShowSite(context, site);
   std::optional<SiteChoice> choice = ChoiceFromWord(word);
   if (!choice) {
@@ -162,6 +173,7 @@ int RunSite(CliContext& context, const std::string& site, const std::string& per
 }
 
 int RunRemoveSite(CliContext& context, const std::string& site, bool keepSettings) {
+  if (std::optional<Refusal> refusal = RefuseNonSite(site)) return Fail(*refusal);
   if (std::optional<Refusal> refusal = context.OpenStore(StoreUse::kChange)) {
     return Fail(*refusal);
   }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <string_view>
-#include <utility>
 
 #include "admincfg/admin_config.h"
 #include "admincfg/parse_bool.h"
@@ -121,16 +120,6 @@ std::string BoundedPath(std::string_view base, const char* backslashSuffix) {
   return path;
 }
 
-bool IsSeparator(char c) {
-  return c == kPathSeparator || (kPathSeparator == '\\' && c == '/');
-}
-
-// True when path is folder itself or lies below it.
-bool IsAtOrBelow(const std::string& path, const std::string& folder) {
-  if (path.compare(0, folder.size(), folder) != 0) return false;
-  return path.size() == folder.size() || IsSeparator(path[folder.size()]);
-}
-
 constexpr const char* kShellFoldersKey =
     "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
 
@@ -142,6 +131,15 @@ std::string NativeRelativePath(const char* backslashPath) {
     if (c == '\\') c = kPathSeparator;
   }
   return path;
+}
+
+bool IsPathSeparator(char c) {
+  return c == kPathSeparator || (kPathSeparator == '\\' && c == '/');
+}
+
+bool IsAtOrBelow(const std::string& path, const std::string& folder) {
+  if (path.compare(0, folder.size(), folder) != 0) return false;
+  return path.size() == folder.size() || IsPathSeparator(path[folder.size()]);
 }
 
 bool IsCutDataPath(const std::string& path) {
@@ -221,41 +219,4 @@ const std::string& AdminConfigFilePath(SMSystem& system) {
     if (folder.empty()) return std::string();
     return BoundedPath(folder, "\\Tessalin\\Vantrel\\tss.cfg");
   });
-}
-
-std::optional<SMPlatformServices::DeletionRefusal> SMPlatformServices::TakeLastRefusal() {
-  return std::exchange(lastRefusal_, std::nullopt);
-}
-
-std::optional<std::string> SMPlatformServices::LinkOnTheWay(const std::string& path) {
-  for (const std::string* root : {&PlayerDataRoot(), &VendorFolder()}) {
-    if (root->empty() || path.size() <= root->size() || !IsAtOrBelow(path, *root)) continue;
-    // Each folder after the root up to, not including, the path itself.
-    for (size_t end = root->size() + 1; end < path.size(); ++end) {
-      if (IsSeparator(path[end]) && !IsSeparator(path[end - 1])) {
-        std::string folder = path.substr(0, end);
-        if (IsLink(folder)) return folder;
-      }
-    }
-  }
-  return std::nullopt;
-}
-
-bool SMPlatformServices::DeleteTree(const std::string& path) {
-  using Reason = DeletionRefusal::Reason;
-  if (IsCutDataPath(path)) {
-    lastRefusal_ = DeletionRefusal{Reason::kCutDataPath, path};
-    return false;
-  }
-  // Whatever lies behind a link on the way is not the player's: a folder swapped for a link to
-  // another place must not make that place's contents the target of a deletion.
-  if (std::optional<std::string> link = LinkOnTheWay(path)) {
-    lastRefusal_ = DeletionRefusal{Reason::kLinkOnTheWay, *link};
-    return false;
-  }
-  return DeleteWithoutFollowingLinks(path);
-}
-
-bool SMPlatformServices::DeleteBeforeRewrite(const std::string& path) {
-  return !IsCutDataPath(path) && DeleteWithoutFollowingLinks(path);
 }

@@ -96,6 +96,11 @@ const std::string& AdminConfigFilePath(SMSystem& system);
 // player's own, so nothing is ever deleted or written there.
 bool IsCutDataPath(const std::string& path);
 
+// True for the platform's separator; on Windows also for "/", which the system reads as one.
+bool IsPathSeparator(char c);
+// True when path is folder itself or lies below it.
+bool IsAtOrBelow(const std::string& path, const std::string& folder);
+
 // A name relative to a base folder, with the platform's separator between the pieces
 // (written with backslashes, as the player writes them).
 std::string NativeRelativePath(const char* backslashPath);

@@ -44,6 +44,9 @@ bool SMSettingsManager::StoreKnownSites(const SettingArray& sites) {
 }
 
 bool SMSettingsManager::AddSite(const std::string& site) {
+  // An element without a name ends the list in the player's format: stored, it would make the
+  // whole master file unreadable, and the next start would replace it with defaults.
+  if (site.empty()) return false;
   SettingArray sites;
   if (const SettingArray* known = GetKnownSites()) {
     for (const SettingValue& element : *known) {

@@ -95,14 +95,15 @@ TEST(DataLocations, PathsAreCutAt259UnitsAndAFailedConversionIsTriedAgain) {
     std::string base;
     std::string assetCache;  // empty: the conversion fails
     std::string dataRoot;
+    bool cut;
   };
   const Case cases[] = {
-      {"fits exactly", b225, b225 + suffix, b225 + rootSuffix},
-      {"no room for a suffix", b259, b259, b259},
+      {"fits exactly", b225, b225 + suffix, b225 + rootSuffix, false},
+      {"no room for a suffix", b259, b259, b259, true},
       {"units, not bytes, count", accented, accented + suffix.substr(0, 9),
-       accented + rootSuffix.substr(0, 9)},
-      {"cut through a surrogate pair", std::string(258, 'b') + "\xF0\x9F\x98\x80", "", ""},
-      {"not UTF-8", "C:\\\xFF", "", ""},
+       accented + rootSuffix.substr(0, 9), true},
+      {"cut through a surrogate pair", std::string(258, 'b') + "\xF0\x9F\x98\x80", "", "", true},
+      {"not UTF-8", "C:\\\xFF", "", "", true},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -111,6 +112,8 @@ TEST(DataLocations, PathsAreCutAt259UnitsAndAFailedConversionIsTriedAgain) {
     auto platform = MakeNativePlatform(profile.system);
     EXPECT_EQ(platform->AssetCacheFolder(), c.assetCache);
     EXPECT_EQ(platform->PlayerDataRoot(), c.dataRoot);
+    // Nothing is ever deleted or written in a path that did not come out whole, nor below it.
+    EXPECT_EQ(IsCutDataPath(c.assetCache + Native("\\x")), c.cut);
     // A failed conversion caches nothing: the next call with a good folder gives the path.
     profile.system.roamingAppData = b225;
     EXPECT_EQ(platform->AssetCacheFolder(), c.assetCache.empty() ? b225 + suffix : c.assetCache);
