@@ -139,7 +139,7 @@ TEST(PageChoiceTest, FailedMasterWriteTouchesNoSite) {
        },
        kCameraMicBlock},
       {[](SMSettingsManager& settings, SMUserPrompts&) {
-         return ApplyPlaybackChoice(settings, kPlaybackAsk, kPlaybackBlock);
+         return ApplyPlaybackChoice(settings, kPlaybackAsk, kPlaybackBlock).index;
        },
        kPlaybackAsk},
   };
