@@ -1,6 +1,8 @@
 #include "pages/playback_logic.h"
 
-PlaybackView PlaybackViewForIndex(int index) { return PlaybackView{index, index != kPlaybackBlock}; }
+PlaybackView PlaybackViewForIndex(int index) {
+  return PlaybackView{index, index != kPlaybackBlock};
+}
 
 PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
   return PlaybackViewForIndex(disallowP2PUplink.value_or(false) ? kPlaybackBlock : kPlaybackAsk);

@@ -17,7 +17,9 @@ void PlaybackPage::SetTexts() {
   SetNoticeTexts();
 }
 
-void PlaybackPage::RefreshFromSettings() { ShowView(ReadPlaybackView(objects_.settings)); }
+void PlaybackPage::RefreshFromSettings() {
+  ShowView(ReadPlaybackView(objects_.settings));
+}
 
 void PlaybackPage::ShowView(const PlaybackView& view) {
   index_ = view.index;
