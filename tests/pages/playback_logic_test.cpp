@@ -1,0 +1,17 @@
+// The Playback page's radio group.
+#include "pages/playback_logic.h"
+
+#include <gtest/gtest.h>
+
+#include "support/test_profile.h"
+
+// The page shows a choice only once it is stored, and the by-site button follows what it shows,
+// though memory keeps the new value.
+TEST(PlaybackLogic, FailedMasterWriteKeepsThePreviousChoice) {
+  SitesProfile profile;
+  SMSettingsManager settings(*profile.platform);
+  profile.BreakSettingsFolder();
+  const PlaybackView shown = ApplyPlaybackChoice(settings, kPlaybackAsk, kPlaybackBlock);
+  EXPECT_EQ(shown.index, kPlaybackAsk);
+  EXPECT_TRUE(shown.bySiteEnabled);
+}
