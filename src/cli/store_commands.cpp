@@ -8,6 +8,7 @@
 #include "cli/commands.h"
 #include "cli/json_codec.h"
 #include "platform/file_io.h"
+#include "settings/setting_keys.h"
 
 namespace {
 
@@ -34,7 +35,7 @@ std::optional<bool> ParseBooleanWord(const std::string& text) {
 std::optional<std::string> CurrentType(CliContext& context, const std::string& name) {
   SMPlatformServices& platform = context.platform();
   std::string masterFile =
-      SMSettingsManager::SettingsFolderIn(platform) + platform.PathSeparator() + "settings.sol";
+      SMSettingsManager::SettingsFolderIn(platform) + platform.PathSeparator() + kSettingsFileName;
   if (std::optional<std::string> bytes = ReadWholeFile(masterFile)) {
     if (std::optional<DecodedSettings> master = DecodeSettingsStream(*bytes)) {
       for (const SettingValue& pair : master->pairs) {
@@ -42,10 +43,9 @@ std::optional<std::string> CurrentType(CliContext& context, const std::string& n
       }
     }
   }
-  for (const SettingValue& fallback : SMSettingsManager::GlobalDefaults()) {
-    if (fallback.name() == name) return TypeWord(fallback);
+  if (const SettingKey* key = FindSettingKey(SettingFile::kMaster, name)) {
+    return TypeWord(DefaultValueOf(*key));
   }
-  if (name == "domains") return "array";
   return std::nullopt;
 }
 
@@ -58,7 +58,7 @@ int RunPaths(CliContext& context) {
   const std::vector<std::pair<const char*, std::string>> locations = {
       {"data-root", platform.PlayerDataRoot()},
       {"settings-folder", settings.settingsFolder()},
-      {"master-file", settings.settingsFolder() + separator + "settings.sol"},
+      {"master-file", settings.settingsFolder() + separator + kSettingsFileName},
       {"stored-data-folder", settings.storedDataFolder()},
       {"asset-cache", platform.AssetCacheFolder()},
       {"vx-cache", platform.VXCacheFolder()},
@@ -78,7 +78,7 @@ int RunPaths(CliContext& context) {
 int RunShow(CliContext& context) {
   SMSettingsManager& settings = context.settings();
   const std::string& master = SMSettingsManager::MasterDomain();
-  DecodedSettings globals{"settings", {}};
+  DecodedSettings globals{kMasterObjectName, {}};
   for (const std::string& name : settings.GetNames(master)) {
     if (const SettingValue* value = settings.GetValue(master, name))
       globals.pairs.push_back(*value);

@@ -1,5 +1,7 @@
 #include "pages/playback_logic.h"
 
+#include "settings/setting_keys.h"
+
 PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
   int index = disallowP2PUplink.value_or(false) ? kPlaybackBlock : kPlaybackAsk;
   return PlaybackView{index, index != kPlaybackBlock};
@@ -7,13 +9,13 @@ PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
 
 PlaybackView ReadPlaybackView(SMSettingsManager& settings) {
   return PlaybackViewForUplink(
-      settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), "disallowP2PUplink"));
+      settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), kDisallowPeerUplink.name));
 }
 
 int ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex) {
   const bool block = chosenIndex == kPlaybackBlock;
   return settings.SetValue(SMSettingsManager::MasterDomain(),
-                           SettingValue::Boolean("disallowP2PUplink", block))
+                           SettingValue::Boolean(kDisallowPeerUplink.name, block))
              ? chosenIndex
              : previousIndex;
 }
