@@ -25,7 +25,8 @@ std::string SMSettingsManager::SettingsFolderIn(SMPlatformServices& platform) {
          NativeRelativePath("tessaline.com\\support\\vantrelplayer\\sys");
 }
 
-SMSettingsManager::SMSettingsManager(SMPlatformServices& platform) : platform_(platform) {
+SMSettingsManager::SMSettingsManager(SMPlatformServices& platform, Access access)
+    : platform_(platform), access_(access) {
   const std::string separator = platform_.PathSeparator();
   dataRoot_ = platform_.PlayerDataRoot();
   storedDataFolder_ = dataRoot_ + separator + "#SharedObjects";
@@ -152,7 +153,7 @@ bool SMSettingsManager::SetValue(const std::string& domain, const SettingValue& 
 
 bool SMSettingsManager::WriteSettingsFile(const std::string& domain) {
   std::optional<std::string> folder = SettingsFolderOf(domain);
-  if (!folder) return false;
+  if (!folder || access_ == Access::kReadOnly) return false;
   const SettingsTable& table = *GetSettingsTable(domain);
   const std::string objectName =
       domain == MasterDomain() ? kMasterObjectName : domain + kSiteObjectSuffix;
