@@ -2,9 +2,12 @@
 
 #include "settings/setting_keys.h"
 
-PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
-  int index = disallowP2PUplink.value_or(false) ? kPlaybackBlock : kPlaybackAsk;
+PlaybackView PlaybackViewForIndex(int index) {
   return PlaybackView{index, index != kPlaybackBlock};
+}
+
+PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
+  return PlaybackViewForIndex(disallowP2PUplink.value_or(false) ? kPlaybackBlock : kPlaybackAsk);
 }
 
 PlaybackView ReadPlaybackView(SMSettingsManager& settings) {
@@ -12,10 +15,11 @@ PlaybackView ReadPlaybackView(SMSettingsManager& settings) {
       settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), kDisallowPeerUplink.name));
 }
 
-int ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex) {
+PlaybackView ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex) {
   const bool block = chosenIndex == kPlaybackBlock;
-  return settings.SetValue(SMSettingsManager::MasterDomain(),
-                           SettingValue::Boolean(kDisallowPeerUplink.name, block))
-             ? chosenIndex
-             : previousIndex;
+  if (!settings.SetValue(SMSettingsManager::MasterDomain(),
+                         SettingValue::Boolean(kDisallowPeerUplink.name, block))) {
+    return PlaybackViewForIndex(previousIndex);
+  }
+  return ReadPlaybackView(settings);
 }
