@@ -12,6 +12,9 @@ inline constexpr int kExitUsage = 2;
 // Prints "vpsettings: <message>" on stderr and returns status.
 int Fail(int status, const std::string& message);
 
+// Writes tss.cfg, making its folder when it is missing.
+bool WriteAdminFile(SMAdminConfig& config);
+
 int RunDump(CliContext& context, const std::string& file);
 int RunEncode(CliContext& context, const std::string& file);
 int RunPaths(CliContext& context);
@@ -25,5 +28,7 @@ int RunRemoveSite(CliContext& context, const std::string& site, bool keepSetting
 int RunClear(CliContext& context, bool licences);
 int RunTrusted(CliContext& context, const std::string& action, const std::string& location);
 int RunStrings(CliContext& context, const std::string& languageId);
+int RunApply(CliContext& context, const std::string& policyFile, bool checkOnly);
+int RunExport(CliContext& context);
 int RunAdmin(CliContext& context, const std::string& action, const std::string& key,
              const std::string& value);

@@ -59,6 +59,7 @@ struct Arguments {
   std::string file, name, value, type, site, permission, choice, action, key, path, language;
   bool keepSettings = false;
   bool licences = false;
+  bool checkOnly = false;
 };
 
 }  // namespace
@@ -115,6 +116,11 @@ int main(int argc, char** argv) {
   admin->add_option("ACTION", args.action, "get or set")->check(CLI::IsMember({"get", "set"}));
   admin->add_option("KEY", args.key);
   admin->add_option("VALUE", args.value);
+  auto* apply = app.add_subcommand("apply", "bring the profile to the state a policy describes");
+  apply->add_option("POLICY", args.file, "the policy JSON file (- for standard input)")->required();
+  apply->add_flag("--check", args.checkOnly, "write nothing; report what would change");
+  apply->add_flag("--json", options.json, "JSON on standard output");
+  auto* exportState = app.add_subcommand("export", "the profile's state as a policy");
 
   std::vector<std::string> arguments = ReversedArguments(argc, argv);
   if (std::optional<std::string> unknown = UnknownCommand(app, arguments)) {
@@ -151,6 +157,8 @@ int main(int argc, char** argv) {
   if (site->parsed()) return RunSite(context, args.site, args.permission, args.choice);
   if (removeSite->parsed()) return RunRemoveSite(context, args.site, args.keepSettings);
   if (clear->parsed()) return RunClear(context, args.licences);
+  if (apply->parsed()) return RunApply(context, args.file, args.checkOnly);
+  if (exportState->parsed()) return RunExport(context);
   if (trusted->parsed()) return RunTrusted(context, args.action, args.path);
   return RunAdmin(context, args.action, args.key, args.value);
 }

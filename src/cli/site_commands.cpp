@@ -6,30 +6,13 @@
 #include "app/user_prompts.h"
 #include "cli/commands.h"
 #include "cli/json_codec.h"
+#include "cli/policy.h"
 #include "dialogs/clear_data_logic.h"
 #include "dialogs/storage_size.h"
 #include "dialogs/trusted_locations_logic.h"
 #include "settings/site_permissions.h"
 
 namespace {
-
-const char* ChoiceWord(SiteChoice choice) {
-  switch (choice) {
-    case kChoiceAllow:
-      return "allow";
-    case kChoiceBlock:
-      return "block";
-    default:
-      return "ask";
-  }
-}
-
-std::optional<SiteChoice> ChoiceFromWord(const std::string& word) {
-  if (word == "ask") return kChoiceAsk;
-  if (word == "allow") return kChoiceAllow;
-  if (word == "block") return kChoiceBlock;
-  return std::nullopt;
-}
 
 struct SiteRow {
   std::string name;
@@ -100,9 +83,9 @@ int RunSite(CliContext& context, const std::string& site, const std::string& per
   if (isNew && !settings.AddSite(site)) return Fail(kExitFailed, "could not add the site " + site);
   bool written = false;
   if (permission == "storage") {
-    written = WriteSiteChoice(settings, site, SitePermission::kStorage, *choice);
-    // Blocking an existing site deletes what it stored at once; its settings stay.
-    if (written && !isNew && *choice == kChoiceBlock) written = settings.RemoveSite(site, false);
+    // A new site is written as the add-site dialog writes it: nothing of it is deleted.
+    written = isNew ? WriteSiteChoice(settings, site, SitePermission::kStorage, *choice)
+                    : ChangeSiteChoice(settings, site, SitePermission::kStorage, *choice);
   } else if (permission == "cammic") {
     bool secure = WriteSiteChoice(settings, site, SitePermission::kCameraSecure, *choice);
     bool other = WriteSiteChoice(settings, site, SitePermission::kCameraOther, *choice);
