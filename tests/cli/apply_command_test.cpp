@@ -11,11 +11,11 @@ namespace {
 using nlohmann::json;
 namespace fs = std::filesystem;
 
-// Every file below a folder with its bytes and modification time.
+// Every file of the profile with its bytes and modification time (the policy is not its).
 std::map<fs::path, std::pair<std::string, fs::file_time_type>> Snapshot(const fs::path& root) {
   std::map<fs::path, std::pair<std::string, fs::file_time_type>> files;
   for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    if (entry.is_regular_file()) {
+    if (entry.is_regular_file() && entry.path().filename() != "policy.json") {
       files[entry.path()] = {ReadFileBytes(entry.path()), entry.last_write_time()};
     }
   }
