@@ -11,6 +11,7 @@
 #include "cli/policy.h"
 #include "dialogs/trusted_locations_logic.h"
 #include "platform/file_io.h"
+#include "settings/setting_keys.h"
 
 namespace {
 
@@ -52,8 +53,8 @@ std::optional<std::string> OwnType(SMSettingsManager& settings, const std::strin
   if (const SettingValue* value = settings.GetValue(SMSettingsManager::MasterDomain(), name)) {
     return TypeWord(*value);
   }
-  for (const SettingValue& fallback : SMSettingsManager::GlobalDefaults()) {
-    if (fallback.name() == name) return TypeWord(fallback);
+  if (const SettingKey* key = FindSettingKey(SettingFile::kMaster, name)) {
+    return TypeWord(DefaultValueOf(*key));
   }
   return std::nullopt;
 }
@@ -316,7 +317,7 @@ int RunExport(CliContext& context) {
   const std::string& master = SMSettingsManager::MasterDomain();
   Policy state;
   for (const std::string& name : settings.GetNames(master)) {
-    if (name == kKnownSitesKey || name == "trustedPaths") continue;
+    if (name == kKnownSites.name || name == kTrustedPaths.name) continue;
     if (const SettingValue* value = settings.GetValue(master, name))
       state.globals.push_back(*value);
   }
