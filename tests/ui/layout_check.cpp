@@ -13,11 +13,19 @@
 namespace {
 
 // Room the button control keeps for itself: the frame of a push button, the box and the space
-// after it of a radio button or check box.
+// after it of a radio button or check box; pixels at 96 dots per inch.
 constexpr int kPushButtonFrame = 6;
 constexpr int kBoxAndGap = 16;
-// Space a list view keeps on both sides of a cell's text.
+// Space a list view keeps on both sides of a cell's text, and a header around its heading.
 constexpr int kCellPadding = 12;
+
+// A size in pixels at 96 dots per inch on this screen, which the program shares.
+int Scaled(int pixelsAt96) {
+  HDC screen = GetDC(nullptr);
+  const int dotsPerInch = GetDeviceCaps(screen, LOGPIXELSX);
+  ReleaseDC(nullptr, screen);
+  return MulDiv(pixelsAt96, dotsPerInch, 96);
+}
 
 struct Control {
   HWND window;
@@ -86,7 +94,7 @@ bool TextRoom(const Control& control, int* width, int* height, bool* wraps) {
     LONG type = control.style & BS_TYPEMASK;
     if (type == BS_GROUPBOX || type == BS_OWNERDRAW) return false;
     bool push = type == BS_PUSHBUTTON || type == BS_DEFPUSHBUTTON;
-    *width = fullWidth - (push ? kPushButtonFrame : kBoxAndGap);
+    *width = fullWidth - Scaled(push ? kPushButtonFrame : kBoxAndGap);
     *wraps = (control.style & BS_MULTILINE) != 0;
     return true;
   }
@@ -112,16 +120,18 @@ void CheckText(HDC dc, const Control& control, std::vector<std::string>& problem
   }
 }
 
-// Rows are filled after the layout ran, in columns of fixed widths: every cell must fit.
+// Rows are filled after the layout ran, in columns of fixed widths: every heading and cell must
+// fit (the heading is row -1 in the report).
 void CheckListCells(HDC dc, const Control& list, std::vector<std::string>& problems) {
   auto header = reinterpret_cast<HWND>(SendMessageW(list.window, LVM_GETHEADER, 0, 0));
   int columns =
       header != nullptr ? static_cast<int>(SendMessageW(header, HDM_GETITEMCOUNT, 0, 0)) : 0;
-  for (int row = 0; row < ListRowCount(list.window); ++row) {
+  for (int row = -1; row < ListRowCount(list.window); ++row) {
     for (int column = 0; column < columns; ++column) {
-      std::wstring text = ListRowText(list.window, row, column);
+      std::wstring text =
+          row < 0 ? ListColumnText(list.window, column) : ListRowText(list.window, row, column);
       auto width = static_cast<int>(SendMessageW(list.window, LVM_GETCOLUMNWIDTH, column, 0));
-      const int needed = Needed(dc, text, 0, false).cx + kCellPadding;
+      const int needed = Needed(dc, text, 0, false).cx + Scaled(kCellPadding);
       if (needed > width) {
         problems.push_back(Describe(list) + " row " + std::to_string(row) + " column " +
                            std::to_string(column) + " \"" + ToUtf8(text).value_or("?") +
