@@ -84,7 +84,7 @@ bool WaitFor(const std::function<bool()>& condition) {
   const auto deadline = std::chrono::steady_clock::now() + ScaledTimeout(kWaitLimit);
   while (std::chrono::steady_clock::now() < deadline) {
     if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   return condition();
 }
