@@ -27,6 +27,14 @@ TEST(CameraMicLogic, AdministratorLock) {
   }
 }
 
+// Only a stored boolean true blocks; the text "true" another program left there does not.
+TEST(CameraMicLogic, AValueOfAnotherTypeShowsAsk) {
+  SitesProfile profile;
+  SMSettingsManager settings(*profile.platform);
+  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::String("defaultalways", "true")));
+  EXPECT_EQ(ReadCameraMicIndex(settings), kCameraMicAsk);
+}
+
 TEST(CameraMicLogic, BlockThenAskForcesEveryListedSite) {
   SitesProfile profile({"a.com", "b.org", "c.net"});
   // One run of the program: a new run would drop the listed names that have no file yet.

@@ -15,3 +15,14 @@ TEST(PlaybackLogic, FailedMasterWriteKeepsThePreviousChoice) {
   EXPECT_EQ(shown.index, kPlaybackAsk);
   EXPECT_TRUE(shown.bySiteEnabled);
 }
+
+// Only a stored boolean true blocks; the text "true" another program left there does not.
+TEST(PlaybackLogic, AValueOfAnotherTypeShowsAskWithTheBySiteButton) {
+  SitesProfile profile;
+  SMSettingsManager settings(*profile.platform);
+  ASSERT_TRUE(settings.SetValue(SMSettingsManager::MasterDomain(),
+                                SettingValue::String("disallowP2PUplink", "true")));
+  const PlaybackView view = ReadPlaybackView(settings);
+  EXPECT_EQ(view.index, kPlaybackAsk);
+  EXPECT_TRUE(view.bySiteEnabled);
+}
