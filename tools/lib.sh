@@ -6,7 +6,9 @@ VP_PACKAGES=(
   cmake ninja-build g++ python3 git
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   clang libclang-rt-14-dev
-  nlohmann-json3-dev libcli11-dev
+  nlohmann-json3-dev libcli11-dev libvalijson-dev
+  # The test that drives vpsettings apply through the example playbook.
+  ansible-core
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-x86-64-dev
   wine wine64 xvfb xdotool x11-utils imagemagick
   # Fonts with the Chinese, Japanese, Korean and Thai letters (and Latin beside them), so that
