@@ -130,9 +130,10 @@ bool SMSettingsManager::RemoveAllSites(bool includeSettings) {
 void SMSettingsManager::PruneKnownSites() {
   SettingValue* domains = GetSettingsTable(MasterDomain())->Find(kKnownSitesKey);
   if (domains == nullptr || domains->type() != kSettingArray) return;
-  SettingArray& sites = domains->array();
-  for (size_t index = sites.size(); index-- > 0;) {
-    std::optional<std::string> file = SettingsFileOf(sites[index].name());
-    if (!file || platform_.TreeSize(*file) == 0) sites.RemoveAt(index);
-  }
+  // A long list loses its sites in one pass: removing them one at a time would move the rest
+  // of the list for each.
+  domains->array().RemoveIf([&](const SettingValue& site) {
+    std::optional<std::string> file = SettingsFileOf(site.name());
+    return !file || platform_.FileSize(*file) == 0;
+  });
 }
