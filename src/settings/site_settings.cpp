@@ -43,17 +43,30 @@ bool SMSettingsManager::StoreKnownSites(const SettingArray& sites) {
   return SetValue(MasterDomain(), SettingValue::Array(kKnownSitesKey, sites));
 }
 
+SettingArray* SMSettingsManager::KnownSitesInPlace() {
+  if (GetKnownSites() == nullptr) return nullptr;
+  return &GetSettingsTable(MasterDomain())->Find(kKnownSitesKey)->array();
+}
+
+// A site is added or removed in the master's own list, which is then written: storing a changed
+// copy would give the same table and file, but copying a list of many thousand sites twice per
+// change cost more than writing it.
 bool SMSettingsManager::AddSite(const std::string& site) {
-  SettingArray sites;
   if (const SettingArray* known = GetKnownSites()) {
     for (const SettingValue& element : *known) {
       if (element.name() == site) return true;
     }
-    sites = *known;
   }
   if (!EnsureSiteDefaults(site)) return false;
-  sites.Append(SettingValue::Boolean(site, true));
-  return StoreKnownSites(sites);
+  SettingValue element = SettingValue::Boolean(site, true);
+  SettingArray* sites = KnownSitesInPlace();
+  if (sites == nullptr) {
+    SettingArray only;
+    only.Append(std::move(element));
+    return StoreKnownSites(only);
+  }
+  sites->Append(std::move(element));
+  return WriteSettingsFile(MasterDomain());
 }
 
 bool SMSettingsManager::RemoveSite(const std::string& site, bool removeSettings) {
@@ -64,15 +77,15 @@ bool SMSettingsManager::RemoveSite(const std::string& site, bool removeSettings)
   if (isMaster) return true;
   // The site's table stays cached, as in the player: reading the site again must not bring
   // its file back to disk.
-  SettingArray sites;
-  if (const SettingArray* known = GetKnownSites()) sites = *known;
-  for (size_t index = sites.size(); index-- > 0;) {
-    if (sites[index].name() == site) {
-      sites.RemoveAt(index);
+  SettingArray* sites = KnownSitesInPlace();
+  if (sites == nullptr) return StoreKnownSites(SettingArray());
+  for (size_t index = sites->size(); index-- > 0;) {
+    if ((*sites)[index].name() == site) {
+      sites->RemoveAt(index);
       break;
     }
   }
-  return StoreKnownSites(sites);
+  return WriteSettingsFile(MasterDomain());
 }
 
 bool SMSettingsManager::RemoveSiteStoredData(const std::string& site) {
