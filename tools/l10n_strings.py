@@ -17,6 +17,9 @@ LANGUAGES = [
 
 ESCAPES = {"n": "\n", "t": "\t", "\\": "\\"}
 
+# The name of a row becomes an enumerator of the generated TextId.
+NAME = re.compile(r"k[A-Z][A-Za-z0-9]*")
+
 
 class TableError(Exception):
     """A malformed file; the message names the line, and the id and language where known."""
@@ -28,6 +31,7 @@ class Row:
     comment: str
     texts: list = field(default_factory=list)  # one per language, in LANGUAGES order
     line: int = 0
+    name: str = ""  # the enumerator of TextId the code uses
 
     def text(self, language):
         return self.texts[LANGUAGES.index(language)]
@@ -60,7 +64,7 @@ def parse(content, name="strings.tsv"):
             continue
         cells = line.split("\t")
         if not header_seen:
-            expected = ["id", "comment"] + LANGUAGES
+            expected = ["id", "name", "comment"] + LANGUAGES
             if cells != expected:
                 raise TableError(f"{name}:{number}: the header must be: {' '.join(expected)}")
             header_seen = True
@@ -69,6 +73,7 @@ def parse(content, name="strings.tsv"):
     if not header_seen:
         raise TableError(f"{name}: no header line")
     check_order(rows, name)
+    check_names(rows, name)
     return rows
 
 
@@ -76,13 +81,16 @@ def parse_row(cells, where, number):
     if not re.fullmatch(r"[0-9]{1,10}", cells[0]) or int(cells[0]) > 0xFFFFFFFF:
         raise TableError(f"{where}: '{cells[0]}' is not a 32-bit string id")
     string_id = int(cells[0])
-    if len(cells) != 2 + len(LANGUAGES):
+    if len(cells) != 3 + len(LANGUAGES):
         raise TableError(f"{where}: id {string_id} has {len(cells)} cells, "
-                         f"expected {2 + len(LANGUAGES)} (id, comment, one per language)")
+                         f"expected {3 + len(LANGUAGES)} (id, name, comment, one per language)")
+    if not NAME.fullmatch(cells[1]):
+        raise TableError(f"{where}: id {string_id}: name '{cells[1]}' is not k followed by "
+                         "a capital letter and letters or digits")
     texts = []
-    for language, cell in zip(LANGUAGES, cells[2:]):
+    for language, cell in zip(LANGUAGES, cells[3:]):
         texts.append(unescape(cell, f"{where}: id {string_id} [{language}]"))
-    return Row(string_id, unescape(cells[1], f"{where}: comment"), texts, number)
+    return Row(string_id, unescape(cells[2], f"{where}: comment"), texts, number, cells[1])
 
 
 def check_order(rows, name):
@@ -90,6 +98,15 @@ def check_order(rows, name):
         if row.id <= previous.id:
             raise TableError(f"{name}:{row.line}: id {row.id} must come after {previous.id} "
                              "(ids ascend, each once)")
+
+
+def check_names(rows, name):
+    first_line = {}
+    for row in rows:
+        if row.name in first_line:
+            raise TableError(f"{name}:{row.line}: id {row.id}: name {row.name} is already "
+                             f"used on line {first_line[row.name]}")
+        first_line[row.name] = row.line
 
 
 def read(path):

@@ -102,6 +102,9 @@ class SiteListModel {
   Row MakeRow(const std::string& name, size_t listIndex) const;
   size_t InsertSorted(Row row);
   SiteChoice ChoiceOf(Row& row, size_t comboIndex);
+  // Visits every row that bears the name of this row (itself included).
+  template <typename Visit>
+  void ForEachRowNamed(size_t rowIndex, Visit visit);
   uint64_t StoredBytesOf(Row& row);
   // Site names that must not be written or removed through the list.
   bool IsEditable(const std::string& site) const;

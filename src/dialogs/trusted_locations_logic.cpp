@@ -69,9 +69,15 @@ TrustedChange RenameTrustedLocation(SMSettingsManager& settings, const std::stri
 TrustedChange RemoveTrustedLocations(SMSettingsManager& settings,
                                      const std::vector<std::string>& removed) {
   if (removed.empty()) return TrustedChange::kUnchanged;
+  // One element goes for each selected row: another program may have listed a path twice, and
+  // the user removed only the rows selected.
+  std::vector<std::string> pending = removed;
   SettingArray kept;
   for (const SettingValue& element : CurrentLocations(settings)) {
-    if (std::find(removed.begin(), removed.end(), element.name()) == removed.end()) {
+    auto match = std::find(pending.begin(), pending.end(), element.name());
+    if (match != pending.end()) {
+      pending.erase(match);
+    } else {
       kept.Append(element);
     }
   }

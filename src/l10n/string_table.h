@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "l10n/text_id.h"
 #include "platform/system.h"
 
 // Every user-visible text, by its numeric identifier, in the user's interface language.
@@ -12,6 +13,7 @@ class SMStringTable {
   virtual int GetLanguageIndex() = 0;
   // The UTF-8 text of id in the table's language; nullptr when the id is not in the table.
   const char* GetString(uint32_t id);
+  const char* GetString(TextId id) { return GetString(static_cast<uint32_t>(id)); }
 };
 
 // Picks the language once, from the user's default interface language, and keeps it.

@@ -15,5 +15,7 @@ class PlaybackPage : public SettingsPage {
   uint32_t LinkUrlId(int controlId) override;
 
  private:
+  void ShowView(const PlaybackView& view);
+
   int index_ = kPlaybackAsk;
 };

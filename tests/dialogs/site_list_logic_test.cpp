@@ -7,6 +7,7 @@
 
 #include "l10n/string_table.h"
 #include "settings/settings_manager.h"
+#include "support/native_platform.h"
 #include "support/scripted_prompts.h"
 #include "support/test_profile.h"
 
@@ -173,6 +174,30 @@ TEST(SiteListModel, AddPutsTheSiteInItsSortedPlace) {
     EXPECT_EQ(ReadSiteChoice(reread, "b.com", permission), kChoiceAllow);
   }
   EXPECT_EQ(profile.Rows(model, 1)[0], "Allow");
+}
+
+// The list shows what a fresh fill would: a site that only memory lists (its master write
+// failed) has its row, and every row of a name listed twice shows the change.
+TEST(SiteListModel, AddAndApplyShowWhatTheStoreHolds) {
+  ListProfile profile({"b.com", "d.com"});
+  SettingArray domains = *profile.settings->GetKnownSites();
+  domains.Append(SettingValue::Boolean("b.com", true));
+  ASSERT_TRUE(profile.settings->SetValue(kMaster, SettingValue::Array("domains", domains)));
+  LockingPlatform locking(profile.system);
+  locking.locked = PathToUtf8(profile.MasterFile());
+  SMSettingsManager settings(locking);
+  SiteListModel model(SiteListKind::kStorage, settings, profile.strings, LowerKey);
+  model.Fill();
+  ASSERT_EQ(profile.Rows(model), (Texts{"b.com", "b.com", "d.com"}));
+
+  EXPECT_EQ(model.AddSite("c.com", kChoiceBlock), std::optional<size_t>(2));
+  EXPECT_EQ(profile.Rows(model), (Texts{"b.com", "b.com", "c.com", "d.com"}));
+  // Its choice is written only once the site is listed on disk.
+  EXPECT_EQ(profile.Rows(model, 2)[2], "Allow");
+  model.ApplyChoice(0, kChoiceBlock, {1});
+  EXPECT_EQ(profile.Rows(model, 2), (Texts{"Block", "Block", "Allow", "Allow"}));
+  EXPECT_EQ(model.AddSite("b.com", kChoiceAsk), std::optional<size_t>(0));
+  EXPECT_EQ(profile.Rows(model, 2), (Texts{"Ask me", "Ask me", "Allow", "Allow"}));
 }
 
 TEST(SiteListModel, RemoveSkipsNoRowAndKeepsWhatCannotGo) {

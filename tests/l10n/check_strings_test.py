@@ -40,7 +40,7 @@ ENGLISH = ["Open %s in %llu steps", "http://www.brinmor.com/go/help", "Add Fileâ
            "Playback", "Advanced"]
 
 
-HEADER = "\t".join(["id", "comment"] + LANGUAGES)
+HEADER = "\t".join(["id", "name", "comment"] + LANGUAGES)
 
 
 class CheckStringsTest(unittest.TestCase):
@@ -79,13 +79,17 @@ class CheckStringsTest(unittest.TestCase):
             "[fi]: 3 of 20 texts are the English ones (at most 10%): ids 1000, 1001, 1002"])
 
     def test_malformed_file_names_the_line_and_id(self):
-        row = "\t".join(["11000", "c"] + ["OK"] * len(LANGUAGES))
-        short_row = "\t".join(["11001", "c"] + ["OK"] * 3)
-        bad_escape = "\t".join(["11002", "c"] + ["a\\q"] * len(LANGUAGES))
+        row = "\t".join(["11000", "kOk", "c"] + ["OK"] * len(LANGUAGES))
+        short_row = "\t".join(["11001", "kCancel", "c"] + ["OK"] * 3)
+        bad_escape = "\t".join(["11002", "kConfirm", "c"] + ["a\\q"] * len(LANGUAGES))
+        same_name = "\t".join(["11003", "kOk", "c"] + ["OK"] * len(LANGUAGES))
+        unnamed = "\t".join(["11004", "ok", "c"] + ["OK"] * len(LANGUAGES))
         cases = [
-            (f"{HEADER}\n{row}\n{short_row}\n", "t.tsv:3: id 11001 has 5 cells"),
+            (f"{HEADER}\n{row}\n{short_row}\n", "t.tsv:3: id 11001 has 6 cells"),
             (f"{HEADER}\n{row}\n{row}\n", "t.tsv:3: id 11000 must come after 11000"),
             (f"{HEADER}\n{bad_escape}\n", "t.tsv:2: id 11002 [en-US]: unknown escape"),
+            (f"{HEADER}\n{row}\n{same_name}\n", "t.tsv:3: id 11003: name kOk is already used"),
+            (f"{HEADER}\n{unnamed}\n", "t.tsv:2: id 11004: name 'ok' is not k followed"),
             (f"id\tcomment\ten-US\n{row}\n", "t.tsv:1: the header must be"),
         ]
         for content, expected in cases:
@@ -95,7 +99,7 @@ class CheckStringsTest(unittest.TestCase):
                 self.assertTrue(str(raised.exception).startswith(expected), raised.exception)
 
     def test_escapes_are_read(self):
-        row = "\t".join(["11000", "c"] + ["line\\none\\ttab \\\\ end"] * len(LANGUAGES))
+        row = "\t".join(["11000", "kOk", "c"] + ["line\\none\\ttab \\\\ end"] * len(LANGUAGES))
         rows = l10n_strings.parse(f"# note\n{HEADER}\n{row}\n")
         self.assertEqual(rows[0].text("de"), "line\none\ttab \\ end")
 
