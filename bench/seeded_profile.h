@@ -18,6 +18,7 @@
 
 #include "app/user_prompts.h"
 #include "platform/system.h"
+#include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
 #include "settings/settings_writer.h"
 
@@ -113,7 +114,7 @@ inline Profile Seed(const fs::path& root, int sites) {
   fs::create_directories(profile.storedData);
   fs::create_directories(root / "sys");
   SettingsTable master;
-  for (const SettingValue& value : SMSettingsManager::GlobalDefaults()) master.Insert(value);
+  for (const SettingKey* key : kGlobalDefaults) master.Insert(DefaultValueOf(*key));
   SettingArray domains;
   const std::string game(2000, 'g');
   for (int i = 0; i < sites; ++i) {

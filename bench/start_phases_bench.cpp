@@ -28,6 +28,7 @@
 #include <vector>
 
 #include "platform/file_io.h"
+#include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
 #include "settings/settings_reader.h"
 #include "settings/settings_writer.h"
@@ -130,7 +131,7 @@ bool SeedUnlessSeeded(SMPlatformServices& platform, const fs::path& root, size_t
   siteTable.Insert(SettingValue::Boolean("p2pallow", false));
   siteTable.Insert(SettingValue::Boolean("p2palways", false));
   SettingsTable master;
-  for (const SettingValue& value : SMSettingsManager::GlobalDefaults()) master.Insert(value);
+  for (const SettingKey* key : kGlobalDefaults) master.Insert(DefaultValueOf(*key));
   SettingArray domains;
   for (size_t index = 0; index < siteCount; ++index) {
     const std::string site = SiteName(index);

@@ -6,6 +6,7 @@
 
 #include "cli/folder_override_system.h"
 #include "platform/file_io.h"
+#include "settings/setting_keys.h"
 
 #ifdef _WIN32
 #include "platform/win32/win32_platform.h"
@@ -135,7 +136,7 @@ SMPlatformServices& CliContext::platform() {
 
 std::string CliContext::MasterFile() {
   return SMSettingsManager::SettingsFolderIn(platform()) + platform().PathSeparator() +
-         "settings.sol";
+         kSettingsFileName;
 }
 
 std::optional<Refusal> CliContext::OpenStore(StoreUse use) {

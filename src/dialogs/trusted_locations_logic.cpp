@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <optional>
 
+#include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
 
 namespace {
 
-constexpr const char* kTrustedPathsKey = "trustedPaths";
-
 const SettingValue* StoredValue(SMSettingsManager& settings) {
-  return settings.GetValue(SMSettingsManager::MasterDomain(), kTrustedPathsKey);
+  return settings.GetValue(SMSettingsManager::MasterDomain(), kTrustedPaths.name);
 }
 
 // A copy of the current array (empty when the setting is missing or not an array).
@@ -23,7 +22,7 @@ TrustedChange Store(SMSettingsManager& settings, SettingArray locations) {
   std::optional<SettingValue> former;
   if (const SettingValue* value = StoredValue(settings)) former = *value;
   if (settings.SetValue(SMSettingsManager::MasterDomain(),
-                        SettingValue::Array(kTrustedPathsKey, std::move(locations)))) {
+                        SettingValue::Array(kTrustedPaths.name, std::move(locations)))) {
     return TrustedChange::kWritten;
   }
   // The file still holds the former value, and so must memory: a later write of any other

@@ -1,5 +1,7 @@
 #include "pages/playback_logic.h"
 
+#include "settings/setting_keys.h"
+
 PlaybackView PlaybackViewForIndex(int index) {
   return PlaybackView{index, index != kPlaybackBlock};
 }
@@ -10,13 +12,13 @@ PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
 
 PlaybackView ReadPlaybackView(SMSettingsManager& settings) {
   return PlaybackViewForUplink(
-      settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), "disallowP2PUplink"));
+      settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), kDisallowPeerUplink.name));
 }
 
 PlaybackView ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex) {
   const bool block = chosenIndex == kPlaybackBlock;
   if (!settings.SetValue(SMSettingsManager::MasterDomain(),
-                         SettingValue::Boolean("disallowP2PUplink", block))) {
+                         SettingValue::Boolean(kDisallowPeerUplink.name, block))) {
     return PlaybackViewForIndex(previousIndex);
   }
   return ReadPlaybackView(settings);

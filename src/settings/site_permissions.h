@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "settings/setting_keys.h"
+
 class SMSettingsManager;
 
 // What a site may do with one permission: ask each time, allow, or block. The store keeps no
@@ -18,20 +20,16 @@ enum SiteChoice : int {
 
 // The permissions a site has, each kept in its own per-site values.
 enum class SitePermission {
-  kStorage,         // "klimit": 0 ask, 100 allow, -1 block
-  kCameraOther,     // "always" / "allow"
-  kCameraSecure,    // "alwayssecure" / "allowsecure" (HTTPS pages)
-  kPeerNetworking,  // "p2palways" / "p2pallow"
+  kStorage,         // kStorageLimit: 0 ask, 100 allow, -1 block
+  kCameraOther,     // kCameraAlways / kCameraAllow
+  kCameraSecure,    // kCameraAlwaysSecure / kCameraAllowSecure (HTTPS pages)
+  kPeerNetworking,  // kPeerAlways / kPeerAllow
 };
-
-// The master key that lists the known sites, and the per-site storage limit.
-inline constexpr const char* kKnownSitesKey = "domains";
-inline constexpr const char* kStorageLimitKey = "klimit";
 
 // A permission kept by the player as two booleans of a site.
 struct BooleanPairKeys {
-  const char* always;
-  const char* allow;
+  const SettingKey* always;
+  const SettingKey* allow;
 };
 BooleanPairKeys PairKeysOf(SitePermission permission);
 
