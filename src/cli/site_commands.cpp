@@ -129,8 +129,8 @@ int RunClear(CliContext& context, bool licences) {
   class ErrorLines : public SMUserPrompts {
    public:
     explicit ErrorLines(SMStringTable& strings) : strings_(strings) {}
-    bool ConfirmBox(uint32_t, uint32_t, uint32_t) override { return true; }
-    void ErrorBox(uint32_t textId, uint32_t) override {
+    bool ConfirmBox(TextId, TextId, TextId) override { return true; }
+    void ErrorBox(TextId textId, TextId) override {
       const char* text = strings_.GetString(textId);
       Fail(kExitFailed, text != nullptr ? text : "deletion failed");
     }

@@ -42,8 +42,3 @@ struct ClearDataOutcome {
 ClearDataOutcome ClearAllData(SMSettingsManager& settings, SMPlatformServices& platform,
                               SMPrivateDataFolder& privateData, SMUserPrompts& prompts,
                               ClearDataRequest request);
-
-// Texts of the failure messages.
-inline constexpr uint32_t kUnableToDeleteCaptionId = 11500;
-inline constexpr uint32_t kSiteDataNotDeletedId = 11501;
-inline constexpr uint32_t kLicencesNotDeletedId = 11502;

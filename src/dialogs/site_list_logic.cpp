@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "dialogs/site_list_https_ids.h"
 #include "dialogs/site_list_ids.h"
 #include "dialogs/storage_size.h"
 #include "l10n/string_table.h"
@@ -13,38 +12,55 @@ namespace {
 
 constexpr int kSizeColumn = 1;
 
-const SiteListDesign kStorageDesign{IDD_SITE_LIST,
-                                    61009,
-                                    61010,
-                                    61013,
-                                    {{61000, 190}, {61004, 80}, {61003, 90}},
-                                    {{IDC_SITE_LIST_CHOICE, SitePermission::kStorage, 2}},
-                                    92001,
-                                    21108,
-                                    true};
+const SiteListDesign kStorageDesign{
+    .templateId = IDD_SITE_LIST,
+    .title = TextId::kStorageSitesTitle,
+    .description = TextId::kStorageSitesDescription,
+    .comboLabel = TextId::kStorageSitesChoiceLabel,
+    .columns = {{.heading = TextId::kColumnWebsite, .width = 190},
+                {.heading = TextId::kColumnStorageUsed, .width = 80},
+                {.heading = TextId::kColumnStorageAccess, .width = 90}},
+    .combos = {{.controlId = IDC_SITE_LIST_CHOICE,
+                .permission = SitePermission::kStorage,
+                .column = 2}},
+    .addTitle = TextId::kStorageAddSiteTitle,
+    .addPrompt = TextId::kStorageAddSitePrompt,
+    .showsStoredSize = true,
+};
 
 const SiteListDesign kCameraMicDesign{
-    IDD_SITE_LIST_HTTPS,
-    61005,
-    61006,
-    61011,
-    {{61000, 190}, {61014, 130}, {61015, 130}},
-    {{IDC_SITE_LIST_HTTPS_SECURE_CHOICE, SitePermission::kCameraSecure, 1},
-     {IDC_SITE_LIST_HTTPS_OTHER_CHOICE, SitePermission::kCameraOther, 2}},
-    92002,
-    31007,
-    false};
+    .templateId = IDD_SITE_LIST_HTTPS,
+    .title = TextId::kCameraMicSitesTitle,
+    .description = TextId::kCameraMicSitesDescription,
+    .comboLabel = TextId::kCameraMicSitesChoiceLabel,
+    .columns = {{.heading = TextId::kColumnWebsite, .width = 190},
+                {.heading = TextId::kColumnHttps, .width = 130},
+                {.heading = TextId::kColumnOther, .width = 130}},
+    .combos = {{.controlId = IDC_SITE_LIST_HTTPS_SECURE_CHOICE,
+                .permission = SitePermission::kCameraSecure,
+                .column = 1},
+               {.controlId = IDC_SITE_LIST_HTTPS_OTHER_CHOICE,
+                .permission = SitePermission::kCameraOther,
+                .column = 2}},
+    .addTitle = TextId::kCameraMicAddSiteTitle,
+    .addPrompt = TextId::kCameraMicAddSitePrompt,
+    .showsStoredSize = false,
+};
 
 const SiteListDesign kPeerNetworkingDesign{
-    IDD_SITE_LIST,
-    61007,
-    61008,
-    61012,
-    {{61000, 250}, {61002, 110}},
-    {{IDC_SITE_LIST_CHOICE, SitePermission::kPeerNetworking, 1}},
-    92003,
-    41201,
-    false};
+    .templateId = IDD_SITE_LIST,
+    .title = TextId::kPeerAssistedSitesTitle,
+    .description = TextId::kPeerAssistedSitesDescription,
+    .comboLabel = TextId::kPeerAssistedSitesChoiceLabel,
+    .columns = {{.heading = TextId::kColumnWebsite, .width = 250},
+                {.heading = TextId::kColumnNetworkAccess, .width = 110}},
+    .combos = {{.controlId = IDC_SITE_LIST_CHOICE,
+                .permission = SitePermission::kPeerNetworking,
+                .column = 1}},
+    .addTitle = TextId::kPeerAssistedAddSiteTitle,
+    .addPrompt = TextId::kPeerAssistedAddSitePrompt,
+    .showsStoredSize = false,
+};
 
 }  // namespace
 
@@ -68,19 +84,20 @@ int ComboItemForChoice(SiteChoice choice) {
   return choice >= kChoiceAsk && choice <= kChoiceBlock ? static_cast<int>(choice) : -1;
 }
 
-uint32_t ChoiceItemTextId(SiteChoice choice) {
+TextId ChoiceItemTextId(SiteChoice choice) {
   // Only "Ask" has a longer text in the choice lists.
-  return choice == kChoiceAllow || choice == kChoiceBlock ? ChoiceWordId(choice) : 11103;
+  return choice == kChoiceAllow || choice == kChoiceBlock ? ChoiceWordId(choice)
+                                                          : TextId::kChoiceWordAskPermission;
 }
 
-uint32_t ChoiceWordId(SiteChoice choice) {
+TextId ChoiceWordId(SiteChoice choice) {
   switch (choice) {
     case kChoiceAllow:
-      return 11102;
+      return TextId::kChoiceWordAllow;
     case kChoiceBlock:
-      return 11100;
+      return TextId::kChoiceWordBlock;
     default:
-      return 11101;
+      return TextId::kChoiceWordAsk;
   }
 }
 
@@ -202,8 +219,7 @@ void SiteListModel::ApplyChoice(size_t comboIndex, SiteChoice choice,
 }
 
 SiteListModel::AddOutcome SiteListModel::AddFromUser(SMUserPrompts& prompts) {
-  std::optional<SMAddSiteAnswer> answer =
-      prompts.RunAddSite(design_.addTitleId, design_.addPromptId);
+  std::optional<SMAddSiteAnswer> answer = prompts.RunAddSite(design_.addTitle, design_.addPrompt);
   if (!answer) return {false, std::nullopt};
   return {true, AddSite(answer->site, answer->choice)};
 }

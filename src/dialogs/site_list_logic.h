@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/user_prompts.h"
+#include "l10n/text_id.h"
 #include "settings/site_permissions.h"
 
 class SMSettingsManager;
@@ -17,7 +18,7 @@ class SMStringTable;
 enum class SiteListKind { kStorage, kCameraMic, kPeerNetworking };
 
 struct SiteListColumn {
-  uint32_t textId;
+  TextId heading;
   int width;  // pixels
 };
 
@@ -30,13 +31,13 @@ struct SiteListCombo {
 
 struct SiteListDesign {
   int templateId;
-  uint32_t titleId;
-  uint32_t descriptionId;
-  uint32_t comboLabelId;
+  TextId title;
+  TextId description;
+  TextId comboLabel;
   std::vector<SiteListColumn> columns;
   std::vector<SiteListCombo> combos;
-  uint32_t addTitleId;
-  uint32_t addPromptId;
+  TextId addTitle;
+  TextId addPrompt;
   bool showsStoredSize;  // the storage list's second column
 };
 const SiteListDesign& DesignOf(SiteListKind kind);
@@ -46,8 +47,8 @@ const SiteListDesign& DesignOf(SiteListKind kind);
 SiteChoice ChoiceForComboItem(int item);
 int ComboItemForChoice(SiteChoice choice);
 // The long text of a combo item, and the short word a row shows.
-uint32_t ChoiceItemTextId(SiteChoice choice);
-uint32_t ChoiceWordId(SiteChoice choice);
+TextId ChoiceItemTextId(SiteChoice choice);
+TextId ChoiceWordId(SiteChoice choice);
 
 // The key by which a list view of the system orders a text: rows are sorted by the bytes of
 // their keys. The Windows program asks the system for it; tests may pass any order.

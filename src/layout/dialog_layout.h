@@ -11,3 +11,6 @@
 // Right-to-left dialogs are mirrored by the window manager itself (WS_EX_LAYOUTRTL); the
 // positions here are in the dialog's own logical coordinates.
 int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds = {});
+
+// Makes the window taller by `grow` pixels, keeping its place and its width.
+void GrowWindowHeight(HWND window, int grow);

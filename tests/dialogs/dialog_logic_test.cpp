@@ -89,15 +89,33 @@ TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
     bool siteDataGone;
     bool assetCacheGone;
     bool licencesGone;
-    std::vector<uint32_t> errors;
+    std::vector<TextId> errors;
   };
   const Case cases[] = {
       {"site data only", true, 1, 0, kNoLock, true, true, true, false, {}},
       {"licences only", true, 0, 1, kNoLock, false, false, false, true, {}},
       {"indeterminate, out of range", true, 2, 7, kNoLock, false, false, false, false, {}},
       {"no list of sites", false, 1, 1, kNoLock, false, false, false, false, {}},
-      {"locked site data", true, 1, 1, kLockSiteData, true, false, true, true, {11501}},
-      {"locked asset cache", true, 1, 1, kLockAssetCache, true, true, false, true, {11501}},
+      {"locked site data",
+       true,
+       1,
+       1,
+       kLockSiteData,
+       true,
+       false,
+       true,
+       true,
+       {TextId::kSiteDataNotDeleted}},
+      {"locked asset cache",
+       true,
+       1,
+       1,
+       kLockAssetCache,
+       true,
+       true,
+       false,
+       true,
+       {TextId::kSiteDataNotDeleted}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -126,8 +144,9 @@ TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
     EXPECT_EQ(!fs::exists(profile.SiteFile("one.example")), c.siteSettingsGone);
     EXPECT_EQ(!fs::exists(assetFile), c.assetCacheGone);
     EXPECT_EQ(!fs::exists(licenceFile), c.licencesGone);
-    std::vector<std::vector<uint32_t>> expectedErrors;
-    for (uint32_t textId : c.errors) expectedErrors.push_back({textId, 11500});
+    std::vector<std::vector<TextId>> expectedErrors;
+    for (TextId textId : c.errors)
+      expectedErrors.push_back({textId, TextId::kUnableToDeleteCaption});
     EXPECT_EQ(prompts.errors, expectedErrors);
     // The global settings outlive every deletion.
     SMSettingsManager reread(platform);

@@ -15,11 +15,15 @@ TEST(Deauthorize, DeletesLicencesOnlyAfterOkAndReportsWhatIsLeft) {
     bool locked;
     DeauthorizeOutcome outcome;
     bool licencesGone;
-    std::vector<std::vector<uint32_t>> errors;
+    std::vector<std::vector<TextId>> errors;
   };
   const Case cases[] = {
       {false, false, DeauthorizeOutcome::kCancelled, false, {}},
-      {true, true, DeauthorizeOutcome::kFailed, false, {{11502, 11500}}},
+      {true,
+       true,
+       DeauthorizeOutcome::kFailed,
+       false,
+       {{TextId::kLicencesNotDeleted, TextId::kUnableToDeleteCaption}}},
   };
   for (const Case& c : cases) {
     TestProfile profile;
