@@ -14,16 +14,14 @@ TEST(Deauthorize, DeletesLicencesOnlyAfterOkAndReportsWhatIsLeft) {
     bool confirm;
     bool locked;
     DeauthorizeOutcome outcome;
-    bool licencesGone;
     std::vector<std::vector<TextId>> errors;
   };
   const Case cases[] = {
-      {false, false, DeauthorizeOutcome::kCancelled, false, {}},
-      {true,
-       true,
-       DeauthorizeOutcome::kFailed,
-       false,
-       {{TextId::kLicencesNotDeleted, TextId::kUnableToDeleteCaption}}},
+      {.confirm = false, .locked = false, .outcome = DeauthorizeOutcome::kCancelled},
+      {.confirm = true,
+       .locked = true,
+       .outcome = DeauthorizeOutcome::kFailed,
+       .errors = {{TextId::kLicencesNotDeleted, TextId::kUnableToDeleteCaption}}},
   };
   for (const Case& c : cases) {
     TestProfile profile;
@@ -37,6 +35,6 @@ TEST(Deauthorize, DeletesLicencesOnlyAfterOkAndReportsWhatIsLeft) {
     EXPECT_EQ(DeauthorizeComputer(prompts, licences), c.outcome);
     EXPECT_EQ(prompts.asked.size(), 1u);
     EXPECT_EQ(prompts.errors, c.errors);
-    EXPECT_EQ(!fs::exists(licenceFile), c.licencesGone);
+    EXPECT_TRUE(fs::exists(licenceFile));
   }
 }

@@ -1,10 +1,15 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/platform_services.h"
+#include "settings/settings_manager.h"
 #include "support/fake_system.h"
 #include "support/native_platform.h"
 #include "support/temp_folder.h"
@@ -39,4 +44,26 @@ struct TestProfile {
     return SettingsFolder() / PathFromUtf8("#" + site) / "settings.sol";
   }
   std::filesystem::path SharedObjects() const { return dataRoot / "#SharedObjects"; }
+};
+
+// A profile whose master file lists the given sites, each with its settings file.
+struct SitesProfile : TestProfile {
+  explicit SitesProfile(const std::vector<std::string>& sites = {}) {
+    std::filesystem::create_directories(SettingsFolder());
+    SMSettingsManager setup(*platform);
+    for (const std::string& site : sites) EXPECT_TRUE(setup.AddSite(site)) << site;
+  }
+  // A value as the next run of the program reads it from disk.
+  template <typename T>
+  std::optional<T> Stored(const std::string& domain, const std::string& name) {
+    return SMSettingsManager(*platform).GetValueAs<T>(domain, name);
+  }
+  // Puts a file where the settings folder was, so that every later settings write fails.
+  // Returns where the folder went.
+  std::filesystem::path BreakSettingsFolder() {
+    const std::filesystem::path moved = temp.path() / "moved";
+    std::filesystem::rename(SettingsFolder(), moved);
+    WriteFileBytes(SettingsFolder(), "not a folder");
+    return moved;
+  }
 };

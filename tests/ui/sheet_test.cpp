@@ -84,7 +84,7 @@ TEST_F(SheetTest, AdministratorLocksCameraAndMicOnBlockWithoutChangingTheSetting
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(camera, IDC_CAMERA_MIC_ASK)));
 }
 
-// Which facts lock the page is UpdatesRefreshTest's table; here the command line's mode reaches
+// Which facts lock the page is UpdatesLogic's table; here the command line's mode reaches
 // the page and the page applies the lock to every control.
 TEST_F(SheetTest, UpdatesPageOnlyInformsInChromeMode) {
   profile.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");

@@ -1,8 +1,9 @@
+#include "platform/platform_services.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "platform/platform_services.h"
 #include "support/fake_system.h"
 #include "support/native_platform.h"
 #include "support/temp_folder.h"
