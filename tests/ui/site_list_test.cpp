@@ -101,7 +101,7 @@ TEST_F(SiteListTest, EachDialogOpensFromItsPageWithItsSitesAndCloses) {
   ASSERT_TRUE(profile.AddSites({"b.example", "C.example", "a.example"}));
   ASSERT_TRUE(app.Start());
   for (const PageButton& button : {kStorageButton, kCameraButton, kPeerButton}) {
-    SCOPED_TRACE(button.titleId);
+    SCOPED_TRACE(static_cast<uint32_t>(button.titleId));
     HWND dialog = Open(button);
     ASSERT_NE(dialog, nullptr);
     HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
