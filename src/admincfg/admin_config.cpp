@@ -20,6 +20,19 @@ std::string_view Trim(std::string_view text) {
 
 }  // namespace
 
+std::optional<AdminEntryFault> FindEntryFault(std::string_view key, std::string_view value) {
+  if (key.empty()) return AdminEntryFault::kEmptyKey;
+  if (value.empty()) return AdminEntryFault::kEmptyValue;
+  for (std::string_view text : {key, value}) {
+    if (text.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos) {
+      return AdminEntryFault::kLineBreakOrNul;
+    }
+  }
+  if (key.find('=') != std::string_view::npos) return AdminEntryFault::kEqualsInKey;
+  if (Trim(key) != key || Trim(value) != value) return AdminEntryFault::kTrimmedAtEnd;
+  return std::nullopt;
+}
+
 SMAdminConfig::SMAdminConfig(std::string path) : path_(std::move(path)) {
   Load();
 }

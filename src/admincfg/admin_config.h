@@ -7,6 +7,17 @@
 #include <utility>
 #include <vector>
 
+// Why an entry set now would not be read back from the file as it was set.
+enum class AdminEntryFault {
+  kEmptyKey,
+  kEmptyValue,
+  kLineBreakOrNul,  // a CR or LF starts a new line; a NUL ends the text when it is written
+  kEqualsInKey,     // a line is split at its first '='
+  kTrimmedAtEnd,    // a blank, control or non-ASCII byte at either end is trimmed when read
+};
+// Nothing when key=value reads back as exactly this key and value.
+std::optional<AdminEntryFault> FindEntryFault(std::string_view key, std::string_view value);
+
 // The administrator's "tss.cfg": lines of key=value that can lock some of the player's choices.
 class SMAdminConfig {
  public:

@@ -2,8 +2,10 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 
 #include "cli/folder_override_system.h"
+#include "platform/file_io.h"
 
 #ifdef _WIN32
 #include "platform/win32/win32_platform.h"
@@ -16,7 +18,7 @@
 namespace {
 
 std::string Environment(const char* name) {
-  const char* value = std::getenv(name);
+  const char* value = name != nullptr ? std::getenv(name) : nullptr;
   return value != nullptr ? value : "";
 }
 
@@ -34,6 +36,33 @@ std::string WineUser(const std::filesystem::path& users) {
   return found.empty() ? user : found;
 }
 
+// The platform's own operations, noting each failed deletion and folder creation with the
+// system's reason, so that the tool can say what failed where the program only shows a box.
+template <typename Platform>
+class FailureNotingPlatform : public Platform {
+ public:
+  FailureNotingPlatform(SMSystem& system, std::vector<NotedFailure>& failures)
+      : Platform(system), failures_(failures) {}
+
+  bool DeleteTree(const std::string& path) override {
+    ClearSystemError();
+    return Noted(Platform::DeleteTree(path), "delete", path);
+  }
+  bool CreateFolder(const std::string& parent, const std::string& name) override {
+    ClearSystemError();
+    const std::string folder = name == "." ? parent : parent + this->PathSeparator() + name;
+    return Noted(Platform::CreateFolder(parent, name), "create", folder);
+  }
+
+ private:
+  bool Noted(bool succeeded, const char* what, const std::string& path) {
+    if (!succeeded) failures_.push_back({what, path, LastSystemError()});
+    return succeeded;
+  }
+
+  std::vector<NotedFailure>& failures_;
+};
+
 }  // namespace
 
 CliContext::CliContext(GlobalOptions options) : options_(std::move(options)) {}
@@ -42,34 +71,42 @@ CliContext::~CliContext() {
   if (privateData_) privateData_->ForgetPlatform();
 }
 
-std::optional<std::string> CliContext::ResolveFolders() {
-  std::string roaming = options_.appData;
-  std::string local = options_.localAppData;
-  std::string systemFolder = options_.systemDir;
+std::optional<Refusal> CliContext::ResolveFolders() {
+  std::optional<std::filesystem::path> profile;
+  std::filesystem::path driveC = std::filesystem::path(options_.winePrefix) / "drive_c";
   if (!options_.winePrefix.empty()) {
-    std::filesystem::path driveC = std::filesystem::path(options_.winePrefix) / "drive_c";
-    std::filesystem::path profile = driveC / "users" / WineUser(driveC / "users") / "AppData";
-    if (roaming.empty()) roaming = (profile / "Roaming").string();
-    if (local.empty()) local = (profile / "Local").string();
-    if (systemFolder.empty()) systemFolder = (driveC / "windows" / "syswow64").string();
+    profile = driveC / "users" / WineUser(driveC / "users") / "AppData";
+  }
+  struct Resolved {
+    const FolderOption& option;
+    std::optional<std::filesystem::path> fromPrefix;
+    std::string path;
+  } folders[] = {
+      {kRoamingFolder, profile ? std::optional(*profile / "Roaming") : std::nullopt, ""},
+      {kLocalFolder, profile ? std::optional(*profile / "Local") : std::nullopt, ""},
+      {kSystemFolder, profile ? std::optional(driveC / "windows" / "syswow64") : std::nullopt, ""},
+  };
+  for (Resolved& folder : folders) {
+    folder.path = options_.*folder.option.value;
+    if (folder.path.empty() && folder.fromPrefix) folder.path = folder.fromPrefix->string();
+#ifndef _WIN32
+    // Elsewhere than on Windows every folder must be named.
+    if (folder.path.empty()) folder.path = Environment(folder.option.environment);
+    if (folder.path.empty()) {
+      return Refusal{kExitUsage, std::string("no ") + folder.option.help + ": give " +
+                                     folder.option.option + " DIR or set " +
+                                     folder.option.environment};
+    }
+#endif
   }
 #ifdef _WIN32
   baseSystem_ = std::make_unique<Win32System>();
 #else
-  if (roaming.empty()) roaming = Environment("APPDATA");
-  if (local.empty()) local = Environment("LOCALAPPDATA");
-  if (systemFolder.empty()) systemFolder = Environment("VP_SYSTEM_DIR");
-  if (roaming.empty())
-    return "no roaming application-data folder: give --appdata DIR or set APPDATA";
-  if (local.empty()) {
-    return "no local application-data folder: give --local-appdata DIR or set LOCALAPPDATA";
-  }
-  if (systemFolder.empty()) {
-    return "no 32-bit system folder: give --system-dir DIR or set VP_SYSTEM_DIR";
-  }
-  baseSystem_ = std::make_unique<PosixSystem>(PosixFolders{roaming, local, systemFolder});
+  baseSystem_ = std::make_unique<PosixSystem>(
+      PosixFolders{folders[0].path, folders[1].path, folders[2].path});
 #endif
-  system_ = std::make_unique<FolderOverrideSystem>(*baseSystem_, roaming, local, systemFolder);
+  system_ = std::make_unique<FolderOverrideSystem>(*baseSystem_, folders[0].path, folders[1].path,
+                                                   folders[2].path);
   return std::nullopt;
 }
 
@@ -88,17 +125,41 @@ SMSystem& CliContext::system() {
 SMPlatformServices& CliContext::platform() {
   if (!platform_) {
 #ifdef _WIN32
-    platform_ = std::make_unique<Win32PlatformServices>(system());
+    platform_ = std::make_unique<FailureNotingPlatform<Win32PlatformServices>>(system(), failures_);
 #else
-    platform_ = std::make_unique<PosixPlatformServices>(system());
+    platform_ = std::make_unique<FailureNotingPlatform<PosixPlatformServices>>(system(), failures_);
 #endif
   }
   return *platform_;
 }
 
+std::string CliContext::MasterFile() {
+  return SMSettingsManager::SettingsFolderIn(platform()) + platform().PathSeparator() +
+         "settings.sol";
+}
+
+std::optional<Refusal> CliContext::OpenStore(StoreUse use) {
+  // Checked before the store starts: starting it replaces an unreadable master file.
+  std::optional<Refusal> refusal;
+  if (use == StoreUse::kShow) refusal = RefuseShowingUnreadable(MasterFile());
+  if (use == StoreUse::kChange) refusal = RefuseReplacingUnreadable(MasterFile(), options_.force);
+  if (refusal) return refusal;
+  settings_ = std::make_unique<SMSettingsManager>(
+      platform(), use == StoreUse::kChange ? SMSettingsManager::Access::kReadWrite
+                                           : SMSettingsManager::Access::kReadOnly);
+  return std::nullopt;
+}
+
 SMSettingsManager& CliContext::settings() {
-  if (!settings_) settings_ = std::make_unique<SMSettingsManager>(platform());
+  if (!settings_) {
+    settings_ =
+        std::make_unique<SMSettingsManager>(platform(), SMSettingsManager::Access::kReadOnly);
+  }
   return *settings_;
+}
+
+std::vector<NotedFailure> CliContext::TakeFailures() {
+  return std::exchange(failures_, {});
 }
 
 SMAdminConfig& CliContext::adminConfig() {

@@ -3,14 +3,14 @@
 #include <string>
 
 #include "cli/cli_context.h"
-
-// Exit statuses of every command.
-inline constexpr int kExitOk = 0;
-inline constexpr int kExitFailed = 1;
-inline constexpr int kExitUsage = 2;
+#include "cli/refusals.h"
 
 // Prints "vpsettings: <message>" on stderr and returns status.
 int Fail(int status, const std::string& message);
+int Fail(const Refusal& refusal);
+// A failed change: prints each deletion or folder creation the platform saw fail, with its
+// reason, or else "could not WHAT PATH: REASON"; returns kExitFailed.
+int FailChange(CliContext& context, const std::string& what, const std::string& path);
 
 int RunDump(CliContext& context, const std::string& file);
 int RunEncode(CliContext& context, const std::string& file);

@@ -13,8 +13,9 @@
 #endif
 
 int RunDump(CliContext& context, const std::string& file) {
+  ClearSystemError();
   std::optional<std::string> bytes = ReadWholeFile(file);
-  if (!bytes) return Fail(kExitFailed, "cannot read " + file);
+  if (!bytes) return Fail(kExitFailed, FailureText("read", file, LastSystemError()));
   std::optional<DecodedSettings> settings = DecodeSettingsStream(*bytes);
   if (!settings) return Fail(kExitFailed, "not a readable settings file: " + file);
   if (context.options().json) {
@@ -33,8 +34,9 @@ int RunEncode(CliContext&, const std::string& file) {
   if (file.empty() || file == "-") {
     text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
   } else {
+    ClearSystemError();
     std::optional<std::string> bytes = ReadWholeFile(file);
-    if (!bytes) return Fail(kExitFailed, "cannot read " + file);
+    if (!bytes) return Fail(kExitFailed, FailureText("read", file, LastSystemError()));
     text = std::move(*bytes);
   }
   std::string error;

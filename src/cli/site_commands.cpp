@@ -31,6 +31,29 @@ std::optional<SiteChoice> ChoiceFromWord(const std::string& word) {
   return std::nullopt;
 }
 
+std::optional<SitePermission> PermissionFromWord(const std::string& word) {
+  if (word == "storage") return SitePermission::kStorage;
+  if (word == "cammic") return SitePermission::kCameraSecure;  // with kCameraOther
+  if (word == "p2p") return SitePermission::kPeerNetworking;
+  return std::nullopt;
+}
+
+// The camera choice covers HTTPS and other pages alike.
+bool WriteChoice(SMSettingsManager& settings, const std::string& site, SitePermission permission,
+                 SiteChoice choice) {
+  if (permission != SitePermission::kCameraSecure) {
+    return WriteSiteChoice(settings, site, permission, choice);
+  }
+  bool secure = WriteSiteChoice(settings, site, SitePermission::kCameraSecure, choice);
+  bool other = WriteSiteChoice(settings, site, SitePermission::kCameraOther, choice);
+  return secure && other;
+}
+
+// The site's settings file; empty for a name that has none of its own.
+std::string SiteFile(SMSettingsManager& settings, const std::string& site) {
+  return settings.SettingsFileOf(site).value_or("");
+}
+
 struct SiteRow {
   std::string name;
   SiteChoice storage;
@@ -73,71 +96,108 @@ void PrintRows(CliContext& context, const std::vector<SiteRow>& rows) {
   }
 }
 
+int ShowSite(CliContext& context, const std::string& site) {
+  if (std::optional<Refusal> refusal = context.OpenStore(StoreUse::kShow)) return Fail(*refusal);
+  SMSettingsManager& settings = context.settings();
+  if (!IsKnownSite(settings, site)) return Fail(kExitFailed, "unknown site: " + site);
+  if (std::optional<Refusal> refusal = RefuseShowingUnreadable(SiteFile(settings, site))) {
+    return Fail(*refusal);
+  }
+  PrintRows(context, {ReadSiteRow(settings, site)});
+  return kExitOk;
+}
+
 }  // namespace
 
 int RunSites(CliContext& context) {
+  if (std::optional<Refusal> refusal = context.OpenStore(StoreUse::kShow)) return Fail(*refusal);
   SMSettingsManager& settings = context.settings();
   std::vector<SiteRow> rows;
+  int status = kExitOk;
   for (const std::string& name : KnownSiteNames(settings)) {
-    if (!name.empty()) rows.push_back(ReadSiteRow(settings, name));
+    if (name.empty()) continue;
+    // A site whose file cannot be read is left out rather than shown with made-up choices.
+    if (std::optional<Refusal> refusal = RefuseShowingUnreadable(SiteFile(settings, name))) {
+      status = Fail(*refusal);
+      continue;
+    }
+    rows.push_back(ReadSiteRow(settings, name));
   }
   PrintRows(context, rows);
-  return kExitOk;
+  return status;
 }
 
 int RunSite(CliContext& context, const std::string& site, const std::string& permission,
             const std::string& word) {
-  SMSettingsManager& settings = context.settings();
-  if (permission.empty()) {
-    if (!IsKnownSite(settings, site)) return Fail(kExitFailed, "unknown site: " + site);
-    PrintRows(context, {ReadSiteRow(settings, site)});
-    return kExitOk;
-  }
+  if (permission.empty()) return ShowSite(context, site);
   std::optional<SiteChoice> choice = ChoiceFromWord(word);
-  if (!choice)
-    return Fail(kExitUsage, "the choice must be ask, allow or block, not \"" + word + "\"");
-  bool isNew = !IsKnownSite(settings, site);
-  if (isNew && !settings.AddSite(site)) return Fail(kExitFailed, "could not add the site " + site);
-  bool written = false;
-  if (permission == "storage") {
-    written = WriteSiteChoice(settings, site, SitePermission::kStorage, *choice);
-    // Blocking an existing site deletes what it stored at once; its settings stay.
-    if (written && !isNew && *choice == kChoiceBlock) written = settings.RemoveSite(site, false);
-  } else if (permission == "cammic") {
-    bool secure = WriteSiteChoice(settings, site, SitePermission::kCameraSecure, *choice);
-    bool other = WriteSiteChoice(settings, site, SitePermission::kCameraOther, *choice);
-    written = secure && other;
-  } else if (permission == "p2p") {
-    written = WriteSiteChoice(settings, site, SitePermission::kPeerNetworking, *choice);
-  } else {
+  if (!choice) {
+    return Fail(kExitUsage, "site SITE " + permission + " needs a choice: ask, allow or block");
+  }
+  std::optional<SitePermission> stored = PermissionFromWord(permission);
+  if (!stored) {
     return Fail(kExitUsage,
                 "the permission must be storage, cammic or p2p, not \"" + permission + "\"");
   }
-  if (!written) return Fail(kExitFailed, "could not write the settings of " + site);
+  if (std::optional<Refusal> refusal = context.OpenStore(StoreUse::kChange)) {
+    return Fail(*refusal);
+  }
+  SMSettingsManager& settings = context.settings();
+  const std::string siteFile = SiteFile(settings, site);
+  if (std::optional<Refusal> refusal =
+          RefuseReplacingUnreadable(siteFile, context.options().force)) {
+    return Fail(*refusal);
+  }
+  bool isNew = !IsKnownSite(settings, site);
+  if (isNew && !settings.AddSite(site)) return FailChange(context, "write", siteFile);
+  if (!WriteChoice(settings, site, *stored, *choice)) {
+    return FailChange(context, "write", siteFile);
+  }
+  // Blocking an existing site's storage deletes what it stored at once; its settings stay.
+  if (!isNew && *stored == SitePermission::kStorage && *choice == kChoiceBlock &&
+      !settings.RemoveSite(site, false)) {
+    return FailChange(context, "delete the stored data of", site);
+  }
   return kExitOk;
 }
 
 int RunRemoveSite(CliContext& context, const std::string& site, bool keepSettings) {
-  if (!context.settings().RemoveSite(site, !keepSettings)) {
-    return Fail(kExitFailed, "could not remove all of " + site);
+  if (std::optional<Refusal> refusal = context.OpenStore(StoreUse::kChange)) {
+    return Fail(*refusal);
+  }
+  SMSettingsManager& settings = context.settings();
+  const bool known = IsKnownSite(settings, site);
+  if (!settings.RemoveSite(site, !keepSettings)) {
+    return FailChange(context, "write", context.MasterFile());
+  }
+  if (!known) {
+    std::cerr << "vpsettings: " << site
+              << " is not a known site: its folders were deleted, the list of sites is unchanged\n";
   }
   return kExitOk;
 }
 
 int RunClear(CliContext& context, bool licences) {
-  // The dialog's error boxes become lines on the standard error stream.
+  if (std::optional<Refusal> refusal = context.OpenStore(StoreUse::kChange)) {
+    return Fail(*refusal);
+  }
+  // The dialog's error boxes become lines on the standard error stream, each followed by what
+  // failed and why.
   class ErrorLines : public SMUserPrompts {
    public:
-    explicit ErrorLines(SMStringTable& strings) : strings_(strings) {}
+    explicit ErrorLines(CliContext& context) : context_(context) {}
     bool ConfirmBox(TextId, TextId, TextId) override { return true; }
     void ErrorBox(TextId textId, TextId) override {
-      const char* text = strings_.GetString(textId);
+      const char* text = context_.strings().GetString(textId);
       Fail(kExitFailed, text != nullptr ? text : "deletion failed");
+      FailChange(context_, "delete",
+                 textId == TextId::kLicencesNotDeleted ? context_.privateData().path()
+                                                       : context_.settings().dataRoot());
     }
 
    private:
-    SMStringTable& strings_;
-  } errors(context.strings());
+    CliContext& context_;
+  } errors(context);
   ClearDataOutcome outcome = ClearAllData(context.settings(), context.platform(),
                                           context.privateData(), errors, {true, licences});
   if (outcome.nothingRecorded) {
@@ -148,6 +208,13 @@ int RunClear(CliContext& context, bool licences) {
 }
 
 int RunTrusted(CliContext& context, const std::string& action, const std::string& location) {
+  if (!action.empty() && location.empty()) {
+    return Fail(kExitUsage, "trusted " + action + " needs a PATH");
+  }
+  if (std::optional<Refusal> refusal =
+          context.OpenStore(action.empty() ? StoreUse::kShow : StoreUse::kChange)) {
+    return Fail(*refusal);
+  }
   SMSettingsManager& settings = context.settings();
   if (action.empty()) {
     std::vector<std::string> locations = TrustedLocations(settings);
@@ -158,7 +225,6 @@ int RunTrusted(CliContext& context, const std::string& action, const std::string
     }
     return kExitOk;
   }
-  if (location.empty()) return Fail(kExitUsage, "trusted " + action + " needs a PATH");
   TrustedChange change;
   if (action == "add") {
     change = AddTrustedLocation(settings, location);
@@ -176,7 +242,7 @@ int RunTrusted(CliContext& context, const std::string& action, const std::string
     return Fail(kExitUsage, "trusted takes add or remove, not \"" + action + "\"");
   }
   if (change == TrustedChange::kWriteFailed) {
-    return Fail(kExitFailed, "could not write the master settings file");
+    return FailChange(context, "write", context.MasterFile());
   }
   return kExitOk;
 }

@@ -1,6 +1,5 @@
 // paths, show and set: the data locations and the global settings of one profile.
 #include <charconv>
-#include <cmath>
 #include <iostream>
 #include <utility>
 #include <vector>
@@ -11,10 +10,8 @@
 
 namespace {
 
+// Also "nan" and "inf" in any case, which the caller refuses by name.
 std::optional<double> ParseNumber(const std::string& text) {
-  if (text == "NaN") return NAN;
-  if (text == "Infinity") return INFINITY;
-  if (text == "-Infinity") return -INFINITY;
   double number = 0.0;
   auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size() || text.empty()) {
@@ -32,10 +29,7 @@ std::optional<bool> ParseBooleanWord(const std::string& text) {
 // The type a global key has now: in the master file as it is on disk, else the type of its
 // default; nothing for a key the program does not know.
 std::optional<std::string> CurrentType(CliContext& context, const std::string& name) {
-  SMPlatformServices& platform = context.platform();
-  std::string masterFile =
-      SMSettingsManager::SettingsFolderIn(platform) + platform.PathSeparator() + "settings.sol";
-  if (std::optional<std::string> bytes = ReadWholeFile(masterFile)) {
+  if (std::optional<std::string> bytes = ReadWholeFile(context.MasterFile())) {
     if (std::optional<DecodedSettings> master = DecodeSettingsStream(*bytes)) {
       for (const SettingValue& pair : master->pairs) {
         if (pair.name() == name) return TypeWord(pair);
@@ -54,11 +48,10 @@ std::optional<std::string> CurrentType(CliContext& context, const std::string& n
 int RunPaths(CliContext& context) {
   SMPlatformServices& platform = context.platform();
   SMSettingsManager& settings = context.settings();
-  const std::string separator = platform.PathSeparator();
   const std::vector<std::pair<const char*, std::string>> locations = {
       {"data-root", platform.PlayerDataRoot()},
       {"settings-folder", settings.settingsFolder()},
-      {"master-file", settings.settingsFolder() + separator + "settings.sol"},
+      {"master-file", context.MasterFile()},
       {"stored-data-folder", settings.storedDataFolder()},
       {"asset-cache", platform.AssetCacheFolder()},
       {"vx-cache", platform.VXCacheFolder()},
@@ -76,6 +69,7 @@ int RunPaths(CliContext& context) {
 }
 
 int RunShow(CliContext& context) {
+  if (std::optional<Refusal> refusal = context.OpenStore(StoreUse::kShow)) return Fail(*refusal);
   SMSettingsManager& settings = context.settings();
   const std::string& master = SMSettingsManager::MasterDomain();
   DecodedSettings globals{"settings", {}};
@@ -95,8 +89,8 @@ int RunShow(CliContext& context) {
 
 int RunSet(CliContext& context, const std::string& name, const std::string& value,
            const std::string& type) {
-  // The value is checked before the settings manager starts: starting it rewrites the master
-  // file, and a refused value must leave the file as it was.
+  // The value is checked before the store opens for writing: opening it writes the master
+  // file's missing defaults, and a refused value must leave the file as it was.
   std::string typeName = type;
   if (std::optional<std::string> existingType = CurrentType(context, name)) {
     if (!typeName.empty() && typeName != *existingType) {
@@ -108,6 +102,9 @@ int RunSet(CliContext& context, const std::string& name, const std::string& valu
   std::optional<SettingValue> setting;
   if (typeName == "number") {
     if (std::optional<double> number = ParseNumber(value)) {
+      if (std::optional<Refusal> refusal = RefuseNonFiniteNumber(name, *number)) {
+        return Fail(*refusal);
+      }
       setting = SettingValue::Number(name, *number);
     }
   } else if (typeName == "boolean") {
@@ -123,8 +120,11 @@ int RunSet(CliContext& context, const std::string& name, const std::string& valu
     return Fail(kExitUsage, "\"" + value + "\" is not a " + typeName +
                                 (typeName == "boolean" ? " (true or false)" : ""));
   }
+  if (std::optional<Refusal> refusal = context.OpenStore(StoreUse::kChange)) {
+    return Fail(*refusal);
+  }
   if (!context.settings().SetValue(SMSettingsManager::MasterDomain(), *setting)) {
-    return Fail(kExitFailed, "could not write the master settings file");
+    return FailChange(context, "write", context.MasterFile());
   }
   return kExitOk;
 }

@@ -5,6 +5,7 @@
 #include "cli/commands.h"
 #include "cli/json_codec.h"
 #include "l10n/string_data.h"
+#include "platform/file_io.h"
 
 namespace {
 
@@ -20,6 +21,7 @@ std::optional<uint16_t> ParseLanguageId(const std::string& text) {
 
 // Unlike the program, the tool may be the first to write the file, so it makes the folder.
 bool WriteAdminFile(SMAdminConfig& config) {
+  ClearSystemError();
   std::error_code error;
   std::filesystem::path path(std::u8string(config.path().begin(), config.path().end()));
   std::filesystem::create_directories(path.parent_path(), error);
@@ -56,6 +58,10 @@ int RunStrings(CliContext& context, const std::string& languageText) {
 int RunAdmin(CliContext& context, const std::string& action, const std::string& key,
              const std::string& value) {
   SMAdminConfig& config = context.adminConfig();
+  if (action != "set" && config.encoding() == SMAdminConfig::kUtf16Ignored) {
+    std::cerr << "vpsettings: " << config.path()
+              << " is UTF-16: the player does not read it, so nothing in it is in force\n";
+  }
   if (action.empty()) {
     if (context.options().json) {
       nlohmann::json entries = nlohmann::json::object();
@@ -69,14 +75,19 @@ int RunAdmin(CliContext& context, const std::string& action, const std::string& 
     return kExitOk;
   }
   if (action == "get") {
+    if (key.empty()) return Fail(kExitUsage, "admin get needs a KEY");
     std::optional<std::string> found = config.GetValue(key);
     if (!found) return Fail(kExitFailed, key + " is not set in " + config.path());
     std::cout << *found << '\n';
     return kExitOk;
   }
   if (action == "set") {
+    if (std::optional<Refusal> refusal = RefuseAdminEntry(key, value)) return Fail(*refusal);
+    if (std::optional<Refusal> refusal = RefuseAdminFileRewrite(config, context.options().force)) {
+      return Fail(*refusal);
+    }
     config.SetValue(key, value);
-    if (!WriteAdminFile(config)) return Fail(kExitFailed, "cannot write " + config.path());
+    if (!WriteAdminFile(config)) return FailChange(context, "write", config.path());
     return kExitOk;
   }
   return Fail(kExitUsage, "admin takes get KEY or set KEY VALUE, not \"" + action + "\"");

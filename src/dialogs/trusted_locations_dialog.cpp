@@ -8,9 +8,9 @@
 #include "dialogs/trusted_locations_logic.h"
 #include "platform/win32/utf16.h"
 
-TrustedLocationsDialog::TrustedLocationsDialog(const SMAppObjects& objects)
-    : SMModalDialog(objects.system, objects.strings, IDD_TRUSTED_LOCATIONS),
-      settings_(objects.settings) {}
+TrustedLocationsDialog::TrustedLocationsDialog(SMSystem& system, SMStringTable& strings,
+                                               SMSettingsManager& settings)
+    : SMModalDialog(system, strings, IDD_TRUSTED_LOCATIONS), settings_(settings) {}
 
 void TrustedLocationsDialog::SetTexts() {
   SetCaption(TextId::kTrustedLocationsTitle);

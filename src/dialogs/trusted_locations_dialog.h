@@ -3,14 +3,15 @@
 #include <string>
 #include <vector>
 
-#include "app/app_startup.h"
 #include "app/modal_dialog.h"
+
+class SMSettingsManager;
 
 // "Trusted Location Settings": the list of trusted files and folders, with Add, in-place
 // editing and Remove. Every change is in the master settings file at once.
 class TrustedLocationsDialog : public SMModalDialog {
  public:
-  explicit TrustedLocationsDialog(const SMAppObjects& objects);
+  TrustedLocationsDialog(SMSystem& system, SMStringTable& strings, SMSettingsManager& settings);
 
  protected:
   void SetTexts() override;

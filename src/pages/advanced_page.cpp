@@ -34,7 +34,7 @@ bool AdvancedPage::OnButtonClicked(int controlId) {
       ClearDataDialog(objects_).Run();
       return true;
     case IDC_TRUSTED_LOCATIONS:
-      TrustedLocationsDialog(objects_).Run();
+      TrustedLocationsDialog(objects_.system, objects_.strings, objects_.settings).Run();
       return true;
     case IDC_DEAUTHORIZE: {
       SMMessageBoxPrompts prompts(objects_.system, objects_.strings, window_);

@@ -43,7 +43,8 @@ std::string SMSettingsManager::SettingsFolderIn(SMPlatformServices& platform) {
          NativeRelativePath("tessaline.com\\support\\vantrelplayer\\sys");
 }
 
-SMSettingsManager::SMSettingsManager(SMPlatformServices& platform) : platform_(platform) {
+SMSettingsManager::SMSettingsManager(SMPlatformServices& platform, Access access)
+    : platform_(platform), access_(access) {
   const std::string separator = platform_.PathSeparator();
   dataRoot_ = platform_.PlayerDataRoot();
   storedDataFolder_ = dataRoot_ + separator + "#SharedObjects";
@@ -170,7 +171,7 @@ bool SMSettingsManager::SetValue(const std::string& domain, const SettingValue& 
 
 bool SMSettingsManager::WriteSettingsFile(const std::string& domain) {
   std::optional<std::string> folder = SettingsFolderOf(domain);
-  if (!folder) return false;
+  if (!folder || access_ == Access::kReadOnly) return false;
   const SettingsTable& table = *GetSettingsTable(domain);
   const std::string objectName = domain == MasterDomain() ? "settings" : domain + "/settings";
   return WriteSettingsStream(platform_, *folder, *SettingsFileOf(domain),

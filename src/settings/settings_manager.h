@@ -16,7 +16,11 @@
 // is written to disk at once.
 class SMSettingsManager {
  public:
-  explicit SMSettingsManager(SMPlatformServices& platform);
+  // kReadOnly is for callers that only look: defaults and unreadable files are kept in memory
+  // as usual, but nothing reaches the disk and every write reports failure.
+  enum class Access { kReadWrite, kReadOnly };
+
+  explicit SMSettingsManager(SMPlatformServices& platform, Access access = Access::kReadWrite);
   virtual ~SMSettingsManager();
 
   // Deletes the site's stored data (also under "#AppContainer" on Windows).
@@ -57,6 +61,9 @@ class SMSettingsManager {
   const std::string& dataRoot() const;
   const std::string& storedDataFolder() const;
   const std::string& settingsFolder() const;
+  // The settings file of a domain; nothing for a site name without a settings folder of its
+  // own (see HasOwnSettingsFolder).
+  std::optional<std::string> SettingsFileOf(const std::string& domain) const;
 
   // The folder of site data kept for sandboxed browsers (Windows only; empty elsewhere).
   const std::string& appContainerFolder() const { return appContainerFolder_; }
@@ -77,10 +84,8 @@ class SMSettingsManager {
   const SiteDefaults& SiteDefaultsOfThisRun();
   // Reads and parses a whole settings file; nothing when it is absent or unreadable.
   std::unique_ptr<SettingsTable> ReadSettingsFile(const std::string& path, bool* unreadable);
-  // The folder and file of a domain's settings; nothing for a site name without a settings
-  // folder of its own (see HasOwnSettingsFolder).
+  // The folder of a domain's settings; nothing where SettingsFileOf gives nothing.
   std::optional<std::string> SettingsFolderOf(const std::string& domain) const;
-  std::optional<std::string> SettingsFileOf(const std::string& domain) const;
   // The folder of a site's stored data inside a base folder, or nothing when a deletion must not
   // touch it (see MayDeleteSiteFolder).
   std::optional<std::string> SiteFolderIn(const std::string& baseFolder,
@@ -94,4 +99,5 @@ class SMSettingsManager {
   std::string settingsFolder_;
   std::string appContainerFolder_;
   std::optional<SiteDefaults> siteDefaults_;
+  Access access_;
 };

@@ -103,23 +103,23 @@ class AppStartupTest : public ::testing::Test {
 TEST(StartPageIndexTest, KeywordsSelectFixedIndicesFirstMatchWinning) {
   struct Case {
     const char* commandLine;
-    bool updatesWanted;
+    bool updatesWanted = true;
     int index;
   };
   const Case cases[] = {
-      {"app.exe", true, -1},
-      {"app.exe startupdialog=storage", true, 0},
-      {"app.exe startupdialog=cammic", false, 1},
+      {.commandLine = "app.exe", .index = -1},
+      {.commandLine = "app.exe startupdialog=storage", .index = 0},
+      {.commandLine = "app.exe startupdialog=cammic", .updatesWanted = false, .index = 1},
       // With the Updates page the fixed indices cross: "advanced" opens Updates and back.
-      {"app.exe startupdialog=advanced", true, 3},
-      {"app.exe startupdialog=updates", true, 4},
-      {"app.exe startupdialog=advanced", false, 3},
-      {"app.exe startupdialog=updates", false, -1},
-      {"app.exe startupdialog=cammic startupdialog=storage", true, 0},
-      {"app.exe StartupDialog=storage", true, -1},
-      {"app.exe startupdialog=advancedx", true, 3},
+      {.commandLine = "app.exe startupdialog=advanced", .index = 3},
+      {.commandLine = "app.exe startupdialog=updates", .index = 4},
+      {.commandLine = "app.exe startupdialog=advanced", .updatesWanted = false, .index = 3},
+      {.commandLine = "app.exe startupdialog=updates", .updatesWanted = false, .index = -1},
+      {.commandLine = "app.exe startupdialog=cammic startupdialog=storage", .index = 0},
+      {.commandLine = "app.exe StartupDialog=storage", .index = -1},
+      {.commandLine = "app.exe startupdialog=advancedx", .index = 3},
       // The program path is part of the command line too.
-      {"C:\\startupdialog=playback\\app.exe", true, 2},
+      {.commandLine = "C:\\startupdialog=playback\\app.exe", .index = 2},
   };
   for (const Case& test : cases) {
     EXPECT_EQ(StartPageIndex(test.commandLine, test.updatesWanted), test.index)

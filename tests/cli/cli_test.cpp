@@ -30,7 +30,7 @@ class Cli : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(Cli, ShowWritesDefaultsOnFirstRunAndSetChangesOneKey) {
+TEST_F(Cli, ShowGivesDefaultsOnFirstRunAndSetChangesOneKey) {
   ProcessResult shown = cli_.Run({"show"});
   EXPECT_EQ(Lines(shown.out).rfind("autoUpdateInterval\tnumber\t14\n", 0), 0u) << shown.err;
   const std::string before = ReadFileBytes(cli_.MasterFile());

@@ -99,13 +99,16 @@ TEST(InstalledPlayers, UpdatesPageWantsANonPartnerPlayerTheSystemDoesNotUpdate) 
   struct Case {
     bool windows8;
     State ppapi, npapi, activeX;
-    bool expected;
+    bool wanted;
   };
   // From Windows 8 the system updates its own ActiveX player.
   const Case cases[] = {
-      {false, None, None, None, false},          {true, None, None, Installed, false},
-      {false, Partner, None, Installed, true},   {true, Installed, Partner, None, true},
-      {true, Partner, Installed, Partner, true}, {false, Partner, Partner, Partner, false},
+      {.windows8 = false, .ppapi = None, .npapi = None, .activeX = None, .wanted = false},
+      {.windows8 = true, .ppapi = None, .npapi = None, .activeX = Installed, .wanted = false},
+      {.windows8 = false, .ppapi = Partner, .npapi = None, .activeX = Installed, .wanted = true},
+      {.windows8 = true, .ppapi = Installed, .npapi = Partner, .activeX = None, .wanted = true},
+      {.windows8 = true, .ppapi = Partner, .npapi = Installed, .activeX = Partner, .wanted = true},
+      {.windows8 = false, .ppapi = Partner, .npapi = Partner, .activeX = Partner, .wanted = false},
   };
   for (const Case& c : cases) {
     FakeSystem system;
@@ -115,8 +118,6 @@ TEST(InstalledPlayers, UpdatesPageWantsANonPartnerPlayerTheSystemDoesNotUpdate) 
     for (const auto& [key, state] : players) {
       if (state != None) system.SetRegistryNumber(kHklm32, key, "isPartner", state == Partner);
     }
-    EXPECT_EQ(WantsUpdatesPage(system), c.expected)
-        << "windows8=" << c.windows8 << " ppapi=" << c.ppapi << " npapi=" << c.npapi
-        << " activeX=" << c.activeX;
+    EXPECT_EQ(WantsUpdatesPage(system), c.wanted) << "row " << &c - cases;
   }
 }

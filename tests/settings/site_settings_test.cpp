@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "settings/settings_manager.h"
+#include "settings/site_permissions.h"
 #include "support/settings_bytes.h"
 #include "support/test_profile.h"
 
@@ -32,14 +33,6 @@ std::string Domains(const std::vector<std::string>& sites) {
   std::string elements;
   for (const std::string& site : sites) elements += Element(site, 1, Byte(1));
   return ArrayPair("domains", elements);
-}
-
-std::vector<std::string> KnownSites(SMSettingsManager& manager) {
-  std::vector<std::string> names;
-  if (const SettingArray* sites = manager.GetKnownSites()) {
-    for (const SettingValue& site : *sites) names.push_back(site.name());
-  }
-  return names;
 }
 
 // Every file and folder below a folder, with the contents of each file.
@@ -78,7 +71,7 @@ TEST(SiteSettings, AddSiteWritesTheDefaultsOfTheRunAndListsTheSiteOnce) {
   EXPECT_TRUE(manager.AddSite("first.com"));
   EXPECT_FALSE(fs::exists(profile.MasterFile()));
   EXPECT_FALSE(fs::exists(profile.SiteFile("first.com")));
-  EXPECT_EQ(KnownSites(manager),
+  EXPECT_EQ(KnownSiteNames(manager),
             (std::vector<std::string>{"first.com", "second.com", "third.com"}));
   // Keys a site file already has are kept; only missing ones are added.
   WriteFileBytes(profile.SiteFile("kept.net"),
@@ -95,7 +88,7 @@ TEST(SiteSettings, KnownSitesWithoutASettingsFileAreForgottenInMemoryOnly) {
   WriteFileBytes(profile.SiteFile("kept.com"), SiteFileWith("kept.com", false, 100));
   WriteFileBytes(profile.SiteFile("empty.com"), "");
   SMSettingsManager manager(*profile.platform);
-  EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"kept.com"});
+  EXPECT_EQ(KnownSiteNames(manager), std::vector<std::string>{"kept.com"});
   EXPECT_NE(ReadFileBytes(profile.MasterFile()).find("gone.com"), std::string::npos);
 }
 
@@ -114,7 +107,7 @@ TEST(SiteSettings, RemoveSiteDeletesItsDataAndOptionallyItsSettingsButKeepsItsTa
   EXPECT_FALSE(fs::exists(stored / "a.com"));
   EXPECT_FALSE(fs::exists(stored / "b.com"));
   EXPECT_TRUE(fs::exists(profile.SiteFile("a.com")));
-  EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"a.com"});
+  EXPECT_EQ(KnownSiteNames(manager), std::vector<std::string>{"a.com"});
   // The removed site's table stays cached: reading it brings no file back, and adding it again
   // writes the values it had.
   ASSERT_NE(manager.GetValue("b.com", "klimit"), nullptr);
@@ -130,7 +123,7 @@ TEST(SiteSettings, RemoveSiteDeletesItsDataAndOptionallyItsSettingsButKeepsItsTa
   EXPECT_FALSE(fs::exists(stored / "unlisted.com"));
   EXPECT_FALSE(fs::exists(profile.SiteFile("unlisted.com")));
   SMSettingsManager reread(*profile.platform);
-  EXPECT_EQ(KnownSites(reread), (std::vector<std::string>{"a.com", "b.com"}));
+  EXPECT_EQ(KnownSiteNames(reread), (std::vector<std::string>{"a.com", "b.com"}));
 }
 
 TEST(SiteSettings, RemovingTheMasterDomainDeletesEverySettingsFileButKeepsTheList) {
@@ -142,7 +135,7 @@ TEST(SiteSettings, RemovingTheMasterDomainDeletesEverySettingsFileButKeepsTheLis
   EXPECT_TRUE(manager.RemoveSite(kMaster, true));
   EXPECT_FALSE(fs::exists(profile.SettingsFolder()));
   EXPECT_TRUE(fs::exists(stored / "a.com" / "game.sol"));
-  EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"a.com"});
+  EXPECT_EQ(KnownSiteNames(manager), std::vector<std::string>{"a.com"});
   EXPECT_TRUE(manager.RemoveSite(kMaster, false));
 }
 
@@ -182,14 +175,14 @@ TEST(SiteSettings, RemoveAllSitesEmptiesDataCacheAndSettingsButKeepsGlobals) {
   EXPECT_EQ(ReadFileBytes(profile.dataRoot / "outside-shared-objects.txt"), "keep");
   SMSettingsManager reread(*profile.platform);
   EXPECT_EQ(reread.GetValue(kMaster, "defaultklimit")->number(), 42);
-  EXPECT_EQ(KnownSites(reread), std::vector<std::string>{});
+  EXPECT_EQ(KnownSiteNames(reread), std::vector<std::string>{});
 
   // Without settings, the site files and the list stay.
   ASSERT_TRUE(reread.AddSite("c.com"));
   WriteFileBytes(profile.SharedObjects() / "QX7T2" / "c.com" / "x.sol", "x");
   EXPECT_TRUE(reread.RemoveAllSites(false));
   EXPECT_TRUE(fs::exists(profile.SiteFile("c.com")));
-  EXPECT_EQ(KnownSites(reread), std::vector<std::string>{"c.com"});
+  EXPECT_EQ(KnownSiteNames(reread), std::vector<std::string>{"c.com"});
   EXPECT_TRUE(fs::is_empty(profile.SharedObjects()));
 }
 
@@ -229,7 +222,7 @@ TEST(SiteSettings, DeviceLikeSiteNamesAreOrdinarySites) {
     }
   }
   SMSettingsManager reread(*profile.platform);
-  EXPECT_EQ(KnownSites(reread), names);
+  EXPECT_EQ(KnownSiteNames(reread), names);
 }
 
 TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
@@ -270,7 +263,7 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
     EXPECT_TRUE(manager.DeleteSiteSettings(name, true));
     EXPECT_TRUE(manager.DeleteSiteSettings(name, false));
     EXPECT_EQ(Snapshot(profile.temp.path()), before);
-    EXPECT_EQ(KnownSites(manager), std::vector<std::string>{"example.com"});
+    EXPECT_EQ(KnownSiteNames(manager), std::vector<std::string>{"example.com"});
   }
 
   // Ordinary names that look unusual still work, and only on their own folders.
