@@ -156,7 +156,7 @@ double OpenDialogUntilIdleMs(SMSystem& system, SMSettingsManager& settings,
   }
   HWND owner = CreateWindowExW(0, kOwnerClass, L"", WS_OVERLAPPEDWINDOW, 0, 0, 200, 100, nullptr,
                                nullptr, GetModuleHandleW(nullptr), nullptr);
-  StorageBySiteDialog dialog(system, strings, settings, false);
+  StorageBySiteDialog dialog(system, strings, settings);
   Clock::time_point start = Clock::now();
   dialog.RunModal(DesignOf(SiteListKind::kStorage).templateId, owner);
   DestroyWindow(owner);
