@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "settings/settings_manager.h"
+#include "settings/setting_keys.h"
 #include "settings/settings_reader.h"
 #include "settings/settings_writer.h"
 
@@ -14,22 +14,18 @@ namespace {
 
 SettingsTable MasterWithSites(int siteCount) {
   SettingsTable table;
-  for (const SettingValue& value : SMSettingsManager::GlobalDefaults()) table.Insert(value);
+  for (const SettingKey* key : kGlobalDefaults) table.Insert(DefaultValueOf(*key));
   SettingArray domains;
   for (int i = 0; i < siteCount; ++i) {
     domains.Append(SettingValue::Boolean("www.site" + std::to_string(i) + ".example.com", true));
   }
-  table.Insert(SettingValue::Array("domains", std::move(domains)));
+  table.Insert(SettingValue::Array(kKnownSites.name, std::move(domains)));
   return table;
 }
 
 SettingsTable SmallSite() {
   SettingsTable table;
-  for (const char* name : {"allow", "always", "allowsecure", "alwayssecure", "p2pallow"}) {
-    table.Insert(SettingValue::Boolean(name, false));
-  }
-  table.Insert(SettingValue::Number("klimit", 100));
-  table.Insert(SettingValue::Boolean("p2palways", false));
+  for (const SettingKey* key : kSiteDefaults) table.Insert(DefaultValueOf(*key));
   return table;
 }
 
@@ -103,13 +99,13 @@ void BM_ParseMaster10000SitesAsJson(benchmark::State& state) {
 }
 
 void BM_CopyMaster10000Sites(benchmark::State& state) {
-  Copy(state, MasterWithSites(10000), "settings");
+  Copy(state, MasterWithSites(10000), kMasterObjectName);
 }
 void BM_ParseMaster10000Sites(benchmark::State& state) {
-  Parse(state, MasterWithSites(10000), "settings");
+  Parse(state, MasterWithSites(10000), kMasterObjectName);
 }
 void BM_WriteMaster10000Sites(benchmark::State& state) {
-  Write(state, MasterWithSites(10000), "settings");
+  Write(state, MasterWithSites(10000), kMasterObjectName);
 }
 void BM_ParseSmallSite(benchmark::State& state) {
   Parse(state, SmallSite(), "example.com/settings");

@@ -26,6 +26,7 @@
 #include "app/user_prompts.h"
 #include "pages/storage_logic.h"
 #include "platform/system.h"
+#include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
 #include "settings/settings_writer.h"
 #include "settings/site_permissions.h"
@@ -122,7 +123,7 @@ Profile Seed(const fs::path& root, int sites) {
   fs::create_directories(profile.storedData);
   fs::create_directories(root / "sys");
   SettingsTable master;
-  for (const SettingValue& value : SMSettingsManager::GlobalDefaults()) master.Insert(value);
+  for (const SettingKey* key : kGlobalDefaults) master.Insert(DefaultValueOf(*key));
   SettingArray domains;
   const std::string game(2000, 'g');
   for (int i = 0; i < sites; ++i) {

@@ -6,7 +6,7 @@
 #include <limits>
 #include <string>
 
-#include "settings/settings_manager.h"
+#include "settings/setting_keys.h"
 #include "settings/settings_table.h"
 #include "settings/settings_writer.h"
 
@@ -21,16 +21,16 @@ void Save(const std::string& folder, const char* name, const SettingsTable& tabl
 
 SettingsTable GlobalDefaults(int siteCount) {
   SettingsTable table;
-  for (const SettingValue& value : SMSettingsManager::GlobalDefaults()) table.Insert(value);
+  for (const SettingKey* key : kGlobalDefaults) table.Insert(DefaultValueOf(*key));
   // Replacing a value keeps its place in the table.
   SettingArray trusted;
   trusted.Append(SettingValue::Boolean("C:\\Users\\dev\\movie.swf", true));
-  table.Insert(SettingValue::Array("trustedPaths", trusted));
+  table.Insert(SettingValue::Array(kTrustedPaths.name, trusted));
   SettingArray domains;
   for (int i = 0; i < siteCount; ++i) {
     domains.Append(SettingValue::Boolean("site" + std::to_string(i) + ".example.com", true));
   }
-  table.Insert(SettingValue::Array("domains", domains));
+  table.Insert(SettingValue::Array(kKnownSites.name, domains));
   return table;
 }
 
@@ -42,18 +42,18 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::string folder = argv[1];
-  Save(folder, "master-empty", SettingsTable(), "settings");
-  Save(folder, "master-defaults", GlobalDefaults(0), "settings");
-  Save(folder, "master-three-sites", GlobalDefaults(3), "settings");
+  Save(folder, "master-empty", SettingsTable(), kMasterObjectName);
+  Save(folder, "master-defaults", GlobalDefaults(0), kMasterObjectName);
+  Save(folder, "master-three-sites", GlobalDefaults(3), kMasterObjectName);
 
   SettingsTable site;
-  site.Insert(SettingValue::Boolean("allow", true));
-  site.Insert(SettingValue::Boolean("always", true));
-  site.Insert(SettingValue::Boolean("allowsecure", false));
-  site.Insert(SettingValue::Boolean("alwayssecure", false));
-  site.Insert(SettingValue::Number("klimit", 1000));
-  site.Insert(SettingValue::Boolean("p2pallow", false));
-  site.Insert(SettingValue::Boolean("p2palways", true));
+  site.Insert(SettingValue::Boolean(kCameraAllow.name, true));
+  site.Insert(SettingValue::Boolean(kCameraAlways.name, true));
+  site.Insert(SettingValue::Boolean(kCameraAllowSecure.name, false));
+  site.Insert(SettingValue::Boolean(kCameraAlwaysSecure.name, false));
+  site.Insert(SettingValue::Number(kStorageLimit.name, 1000));
+  site.Insert(SettingValue::Boolean(kPeerAllow.name, false));
+  site.Insert(SettingValue::Boolean(kPeerAlways.name, true));
   Save(folder, "site-example", site, "example.com/settings");
 
   SettingsTable mixed;

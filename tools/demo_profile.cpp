@@ -7,6 +7,7 @@
 #include "platform/file_io.h"
 #include "platform/win32/win32_platform.h"
 #include "platform/win32/win32_system.h"
+#include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
 
 namespace {
@@ -48,9 +49,13 @@ int main() {
   for (const DemoSite& site : kSites) {
     const std::string name = site.name;
     if (!settings.AddSite(name)) ++failures;
-    if (!settings.SetValue(name, SettingValue::Number("klimit", site.klimit))) ++failures;
-    settings.SetValue(name, SettingValue::Boolean("always", site.cameraAlways));
-    settings.SetValue(name, SettingValue::Boolean("allow", site.cameraAllow));
+    if (!settings.SetValue(name, SettingValue::Number(kStorageLimit.name, site.klimit))) ++failures;
+    if (!settings.SetValue(name, SettingValue::Boolean(kCameraAlways.name, site.cameraAlways))) {
+      ++failures;
+    }
+    if (!settings.SetValue(name, SettingValue::Boolean(kCameraAllow.name, site.cameraAllow))) {
+      ++failures;
+    }
     platform.CreateFolder(settings.storedDataFolder(), name);
     std::string folder = settings.storedDataFolder() + separator + name;
     if (!WriteFileOfSize(folder + separator + "progress.sol", site.storedBytes)) ++failures;

@@ -5,10 +5,11 @@
 #include <utility>
 
 #include "app/creation_slot.h"
+#include "layout/dialog_layout.h"
 
 namespace {
 
-// The strip where OK and Cancel would be.
+// The strip where OK and Cancel would be, in pixels at 96 dots per inch.
 constexpr int kButtonStripHeight = 30;
 
 }  // namespace
@@ -72,7 +73,7 @@ void SettingsSheet::OnInitialized(HWND window) {
   RECT bounds{};
   GetWindowRect(window, &bounds);
   MoveWindow(window, 0, 0, bounds.right - bounds.left,
-             bounds.bottom - bounds.top - kButtonStripHeight, TRUE);
+             bounds.bottom - bounds.top - ScaledPixels(window, kButtonStripHeight), TRUE);
   LONG extended = GetWindowLongW(window, GWL_EXSTYLE) & ~WS_EX_CONTEXTHELP;
   if (rightToLeft_) extended |= WS_EX_LAYOUTRTL;
   SetWindowLongW(window, GWL_EXSTYLE, extended);

@@ -23,72 +23,121 @@ json NumberToJson(double number) {
   return number;
 }
 
-struct ShapeError {
-  std::string pointer;
-  std::string what;
-};
-
-const json& Member(const json& object, const char* key, const std::string& pointer) {
-  if (!object.is_object()) throw ShapeError{pointer, "expected an object"};
-  auto found = object.find(key);
-  if (found == object.end()) throw ShapeError{pointer, std::string("missing \"") + key + "\""};
-  return *found;
-}
-
-std::string StringMember(const json& object, const char* key, const std::string& pointer) {
-  const json& value = Member(object, key, pointer);
-  if (!value.is_string()) throw ShapeError{pointer + "/" + key, "expected a string"};
-  return value.get<std::string>();
-}
-
-double NumberFromJson(const json& value, const std::string& pointer) {
-  if (value.is_number()) return value.get<double>();
-  if (value.is_string()) {
-    std::string text = value.get<std::string>();
-    if (text == "NaN") return std::bit_cast<double>(kQuietNaN);
-    if (text == "Infinity") return INFINITY;
-    if (text == "-Infinity") return -INFINITY;
-  }
-  throw ShapeError{pointer, "expected a number, \"NaN\", \"Infinity\" or \"-Infinity\""};
-}
-
-SettingValue ValueFromJson(const json& node, const std::string& pointer, bool insideArray) {
-  std::string name = StringMember(node, "name", pointer);
-  const json& type = Member(node, "type", pointer);
-  if (insideArray && type.is_number_integer()) {
-    int64_t typeByte = type.get<int64_t>();
-    if (typeByte < 4 || typeByte > 255) {
-      throw ShapeError{pointer + "/type", "an element type number must be 4 to 255"};
+// Reads the settings JSON node by node. The first place where the document does not have the
+// expected shape is kept, and every step after it gives up.
+class ShapeReader {
+ public:
+  std::optional<DecodedSettings> Read(const json& document) {
+    DecodedSettings settings;
+    std::optional<std::string> objectName = StringMember(document, "name", "");
+    if (!objectName) return std::nullopt;
+    const json* pairs = Member(document, "pairs", "");
+    if (pairs == nullptr) return std::nullopt;
+    if (!pairs->is_array()) return Fail("/pairs", "expected a list of pairs");
+    settings.objectName = std::move(*objectName);
+    for (size_t i = 0; i < pairs->size(); ++i) {
+      std::optional<SettingValue> pair =
+          ValueFromJson((*pairs)[i], "/pairs/" + std::to_string(i), false);
+      if (!pair) return std::nullopt;
+      settings.pairs.push_back(std::move(*pair));
     }
-    return SettingValue::OfUnknownType(name, static_cast<uint32_t>(typeByte));
+    return settings;
   }
-  if (!type.is_string()) throw ShapeError{pointer + "/type", "expected a type name"};
-  std::string typeName = type.get<std::string>();
-  const std::string valuePointer = pointer + "/value";
-  if (typeName == "number") {
-    return SettingValue::Number(name, NumberFromJson(Member(node, "value", pointer), valuePointer));
+
+  // "wrong shape at POINTER: WHAT" for the first place that went wrong.
+  std::string Message() const {
+    return "wrong shape at " + (pointer_.empty() ? std::string("/") : pointer_) + ": " + what_;
   }
-  if (typeName == "boolean") {
-    const json& value = Member(node, "value", pointer);
-    if (!value.is_boolean()) throw ShapeError{valuePointer, "expected true or false"};
-    return SettingValue::Boolean(name, value.get<bool>());
+
+ private:
+  std::nullopt_t Fail(std::string pointer, std::string what) {
+    pointer_ = std::move(pointer);
+    what_ = std::move(what);
+    return std::nullopt;
   }
-  if (typeName == "string") {
-    return SettingValue::String(name, StringMember(node, "value", pointer));
+
+  const json* Member(const json& object, const char* key, const std::string& pointer) {
+    if (!object.is_object()) {
+      Fail(pointer, "expected an object");
+      return nullptr;
+    }
+    auto found = object.find(key);
+    if (found == object.end()) {
+      Fail(pointer, std::string("missing \"") + key + "\"");
+      return nullptr;
+    }
+    return &*found;
   }
-  if (typeName == "array" && !insideArray) {
-    const json& value = Member(node, "value", pointer);
-    if (!value.is_array()) throw ShapeError{valuePointer, "expected a list of values"};
+
+  std::optional<std::string> StringMember(const json& object, const char* key,
+                                          const std::string& pointer) {
+    const json* value = Member(object, key, pointer);
+    if (value == nullptr) return std::nullopt;
+    if (!value->is_string()) return Fail(pointer + "/" + key, "expected a string");
+    return value->get<std::string>();
+  }
+
+  std::optional<double> NumberFromJson(const json& value, const std::string& pointer) {
+    if (value.is_number()) return value.get<double>();
+    if (value.is_string()) {
+      std::string text = value.get<std::string>();
+      if (text == "NaN") return std::bit_cast<double>(kQuietNaN);
+      if (text == "Infinity") return INFINITY;
+      if (text == "-Infinity") return -INFINITY;
+    }
+    return Fail(pointer, "expected a number, \"NaN\", \"Infinity\" or \"-Infinity\"");
+  }
+
+  std::optional<SettingValue> ValueFromJson(const json& node, const std::string& pointer,
+                                            bool insideArray) {
+    std::optional<std::string> name = StringMember(node, "name", pointer);
+    if (!name) return std::nullopt;
+    const json* type = Member(node, "type", pointer);
+    if (type == nullptr) return std::nullopt;
+    if (insideArray && type->is_number_integer()) {
+      int64_t typeByte = type->get<int64_t>();
+      if (typeByte < 4 || typeByte > 255) {
+        return Fail(pointer + "/type", "an element type number must be 4 to 255");
+      }
+      return SettingValue::OfUnknownType(*name, static_cast<uint32_t>(typeByte));
+    }
+    if (!type->is_string()) return Fail(pointer + "/type", "expected a type name");
+    const std::string typeName = type->get<std::string>();
+    if (typeName == "string") {
+      std::optional<std::string> text = StringMember(node, "value", pointer);
+      if (!text) return std::nullopt;
+      return SettingValue::String(*name, std::move(*text));
+    }
+    if (typeName == "array" && insideArray) return Fail(pointer + "/type", "arrays do not nest");
+    if (typeName != "number" && typeName != "boolean" && typeName != "array") {
+      return Fail(pointer + "/type", "unknown type \"" + typeName + "\"");
+    }
+    const json* value = Member(node, "value", pointer);
+    if (value == nullptr) return std::nullopt;
+    const std::string valuePointer = pointer + "/value";
+    if (typeName == "number") {
+      std::optional<double> number = NumberFromJson(*value, valuePointer);
+      if (!number) return std::nullopt;
+      return SettingValue::Number(*name, *number);
+    }
+    if (typeName == "boolean") {
+      if (!value->is_boolean()) return Fail(valuePointer, "expected true or false");
+      return SettingValue::Boolean(*name, value->get<bool>());
+    }
+    if (!value->is_array()) return Fail(valuePointer, "expected a list of values");
     SettingArray elements;
-    for (size_t i = 0; i < value.size(); ++i) {
-      elements.Append(ValueFromJson(value[i], valuePointer + "/" + std::to_string(i), true));
+    for (size_t i = 0; i < value->size(); ++i) {
+      std::optional<SettingValue> element =
+          ValueFromJson((*value)[i], valuePointer + "/" + std::to_string(i), true);
+      if (!element) return std::nullopt;
+      elements.Append(std::move(*element));
     }
-    return SettingValue::Array(name, std::move(elements));
+    return SettingValue::Array(*name, std::move(elements));
   }
-  throw ShapeError{pointer + "/type", insideArray && typeName == "array"
-                                          ? "arrays do not nest"
-                                          : "unknown type \"" + typeName + "\""};
-}
+
+  std::string pointer_;
+  std::string what_;
+};
 
 }  // namespace
 
@@ -178,18 +227,8 @@ std::optional<DecodedSettings> SettingsFromJson(std::string_view text, std::stri
     *error = std::string("malformed JSON: ") + failure.what();
     return std::nullopt;
   }
-  try {
-    DecodedSettings settings;
-    settings.objectName = StringMember(document, "name", "");
-    const json& pairs = Member(document, "pairs", "");
-    if (!pairs.is_array()) throw ShapeError{"/pairs", "expected a list of pairs"};
-    for (size_t i = 0; i < pairs.size(); ++i) {
-      settings.pairs.push_back(ValueFromJson(pairs[i], "/pairs/" + std::to_string(i), false));
-    }
-    return settings;
-  } catch (const ShapeError& failure) {
-    *error = "wrong shape at " + (failure.pointer.empty() ? std::string("/") : failure.pointer) +
-             ": " + failure.what;
-    return std::nullopt;
-  }
+  ShapeReader reader;
+  std::optional<DecodedSettings> settings = reader.Read(document);
+  if (!settings) *error = reader.Message();
+  return settings;
 }

@@ -7,6 +7,7 @@
 #include "cli/commands.h"
 #include "cli/json_codec.h"
 #include "platform/file_io.h"
+#include "settings/setting_keys.h"
 
 namespace {
 
@@ -36,10 +37,9 @@ std::optional<std::string> CurrentType(CliContext& context, const std::string& n
       }
     }
   }
-  for (const SettingValue& fallback : SMSettingsManager::GlobalDefaults()) {
-    if (fallback.name() == name) return TypeWord(fallback);
+  if (const SettingKey* key = FindSettingKey(SettingFile::kMaster, name)) {
+    return TypeWord(DefaultValueOf(*key));
   }
-  if (name == "domains") return "array";
   return std::nullopt;
 }
 
@@ -72,7 +72,7 @@ int RunShow(CliContext& context) {
   if (std::optional<Refusal> refusal = context.OpenStore(StoreUse::kShow)) return Fail(*refusal);
   SMSettingsManager& settings = context.settings();
   const std::string& master = SMSettingsManager::MasterDomain();
-  DecodedSettings globals{"settings", {}};
+  DecodedSettings globals{kMasterObjectName, {}};
   for (const std::string& name : settings.GetNames(master)) {
     if (const SettingValue* value = settings.GetValue(master, name))
       globals.pairs.push_back(*value);

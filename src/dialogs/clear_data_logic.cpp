@@ -18,7 +18,7 @@ ClearDataOutcome ClearAllData(SMSettingsManager& settings, SMPlatformServices& p
                               SMPrivateDataFolder& privateData, SMUserPrompts& prompts,
                               ClearDataRequest request) {
   ClearDataOutcome outcome;
-  if (ArrayOf(settings.GetValue(SMSettingsManager::MasterDomain(), kKnownSitesKey)) == nullptr) {
+  if (ArrayOf(settings.GetValue(SMSettingsManager::MasterDomain(), kKnownSites.name)) == nullptr) {
     outcome.nothingRecorded = true;
     return outcome;
   }

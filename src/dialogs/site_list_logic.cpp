@@ -90,6 +90,25 @@ TextId ChoiceItemTextId(SiteChoice choice) {
                                                           : TextId::kChoiceWordAskPermission;
 }
 
+std::optional<size_t> FindSiteRow(const std::vector<std::string>& siteNames, size_t start,
+                                  const SiteRowSearch& search,
+                                  const std::function<std::string(const std::string&)>& foldCase) {
+  const std::string wanted = foldCase(search.text);
+  const size_t count = siteNames.size();
+  if (count == 0) return std::nullopt;
+  if (start >= count) {
+    if (!search.wrap) return std::nullopt;
+    start = 0;
+  }
+  const size_t looked = search.wrap ? count : count - start;
+  for (size_t step = 0; step < looked; ++step) {
+    const size_t row = (start + step) % count;
+    const std::string name = foldCase(siteNames[row]);
+    if (search.wholeName ? name == wanted : name.starts_with(wanted)) return row;
+  }
+  return std::nullopt;
+}
+
 TextId ChoiceWordId(SiteChoice choice) {
   switch (choice) {
     case kChoiceAllow:
@@ -210,11 +229,25 @@ void SiteListModel::ApplyChoice(size_t comboIndex, SiteChoice choice,
     // Pin what the row shows now, so that a failed write leaves its text as it was.
     ChoiceOf(row, comboIndex);
     if (!WriteSiteChoice(settings_, row.name, permission, choice)) continue;
-    row.choices[comboIndex] = choice;
-    if (permission == SitePermission::kStorage && choice == kChoiceBlock) {
-      settings_.RemoveSite(row.name, false);
-      row.storedBytes.reset();
-    }
+    const bool dataRemoved = permission == SitePermission::kStorage && choice == kChoiceBlock;
+    if (dataRemoved) settings_.RemoveSite(row.name, false);
+    // Another program may have listed the site twice: every row of it shows the one file.
+    ForEachRowNamed(rowIndex, [&](Row& named) {
+      named.choices[comboIndex] = choice;
+      if (dataRemoved) named.storedBytes.reset();
+    });
+  }
+}
+
+template <typename Visit>
+void SiteListModel::ForEachRowNamed(size_t rowIndex, Visit visit) {
+  // Rows of one name have one sort key, so they stand next to each other.
+  const std::string name = rows_[rowIndex].name;
+  size_t first = rowIndex;
+  while (first > 0 && rows_[first - 1].sortKey == rows_[rowIndex].sortKey) --first;
+  for (size_t index = first; index < rows_.size(); ++index) {
+    if (index > rowIndex && rows_[index].sortKey != rows_[rowIndex].sortKey) break;
+    if (rows_[index].name == name) visit(rows_[index]);
   }
 }
 
@@ -225,17 +258,23 @@ SiteListModel::AddOutcome SiteListModel::AddFromUser(SMUserPrompts& prompts) {
 }
 
 std::optional<size_t> SiteListModel::AddSite(const std::string& site, SiteChoice choice) {
-  if (site.empty() || !IsEditable(site) || !settings_.AddSite(site)) return std::nullopt;
-  for (const SiteListCombo& combo : design_.combos) {
-    WriteSiteChoice(settings_, site, combo.permission, choice);
+  if (site.empty() || !IsEditable(site)) return std::nullopt;
+  if (settings_.AddSite(site)) {
+    for (const SiteListCombo& combo : design_.combos) {
+      WriteSiteChoice(settings_, site, combo.permission, choice);
+    }
   }
-  // The list as a fresh fill would show it: an existing row is read again, a new one takes its
-  // sorted place.
-  for (size_t rowIndex = 0; rowIndex < rows_.size(); ++rowIndex) {
-    if (rows_[rowIndex].name != site) continue;
-    rows_[rowIndex] = MakeRow(site, rows_[rowIndex].listIndex);
-    return rowIndex;
+  // The list then shows what a fresh fill would, whatever the writes did: a master file that
+  // could not be written still leaves the site listed in memory, and so in the list.
+  std::optional<size_t> found;
+  for (size_t rowIndex = 0; rowIndex < rows_.size() && !found; ++rowIndex) {
+    if (rows_[rowIndex].name == site) found = rowIndex;
   }
+  if (found) {
+    ForEachRowNamed(*found, [&](Row& named) { named = MakeRow(site, named.listIndex); });
+    return found;
+  }
+  if (!IsKnownSite(settings_, site)) return std::nullopt;
   return InsertSorted(MakeRow(site, nextListIndex_++));
 }
 

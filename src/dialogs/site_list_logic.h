@@ -19,7 +19,7 @@ enum class SiteListKind { kStorage, kCameraMic, kPeerNetworking };
 
 struct SiteListColumn {
   TextId heading;
-  int width;  // pixels
+  int width;  // pixels at 96 dots per inch
 };
 
 // One choice combo: the permission it edits and the column that shows that permission.
@@ -49,6 +49,19 @@ int ComboItemForChoice(SiteChoice choice);
 // The long text of a combo item, and the short word a row shows.
 TextId ChoiceItemTextId(SiteChoice choice);
 TextId ChoiceWordId(SiteChoice choice);
+
+// What a list view looks for when the user types in it: a row whose site name begins with the
+// typed text (or, for a whole-name search, equals it), upper and lower case alike.
+struct SiteRowSearch {
+  std::string text;
+  bool wholeName;
+  bool wrap;  // after the last row, go on from the first up to the start
+};
+// The first row from `start` on that matches, or nothing. `foldCase` makes upper and lower case
+// alike as the system's list views do (SMSystem::FoldCase).
+std::optional<size_t> FindSiteRow(const std::vector<std::string>& siteNames, size_t start,
+                                  const SiteRowSearch& search,
+                                  const std::function<std::string(const std::string&)>& foldCase);
 
 // The key by which a list view of the system orders a text: rows are sorted by the bytes of
 // their keys. The Windows program asks the system for it; tests may pass any order.
@@ -103,6 +116,9 @@ class SiteListModel {
   Row MakeRow(const std::string& name, size_t listIndex) const;
   size_t InsertSorted(Row row);
   SiteChoice ChoiceOf(Row& row, size_t comboIndex);
+  // Visits every row that bears the name of this row (itself included).
+  template <typename Visit>
+  void ForEachRowNamed(size_t rowIndex, Visit visit);
   uint64_t StoredBytesOf(Row& row);
   // Site names that must not be written or removed through the list.
   bool IsEditable(const std::string& site) const;

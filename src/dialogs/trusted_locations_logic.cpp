@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <optional>
 
+#include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
 
 namespace {
 
-constexpr const char* kTrustedPathsKey = "trustedPaths";
-
 const SettingValue* StoredValue(SMSettingsManager& settings) {
-  return settings.GetValue(SMSettingsManager::MasterDomain(), kTrustedPathsKey);
+  return settings.GetValue(SMSettingsManager::MasterDomain(), kTrustedPaths.name);
 }
 
 // A copy of the current array (empty when the setting is missing or not an array).
@@ -23,7 +22,7 @@ TrustedChange Store(SMSettingsManager& settings, SettingArray locations) {
   std::optional<SettingValue> former;
   if (const SettingValue* value = StoredValue(settings)) former = *value;
   if (settings.SetValue(SMSettingsManager::MasterDomain(),
-                        SettingValue::Array(kTrustedPathsKey, std::move(locations)))) {
+                        SettingValue::Array(kTrustedPaths.name, std::move(locations)))) {
     return TrustedChange::kWritten;
   }
   // The file still holds the former value, and so must memory: a later write of any other
@@ -69,9 +68,15 @@ TrustedChange RenameTrustedLocation(SMSettingsManager& settings, const std::stri
 TrustedChange RemoveTrustedLocations(SMSettingsManager& settings,
                                      const std::vector<std::string>& removed) {
   if (removed.empty()) return TrustedChange::kUnchanged;
+  // One element goes for each selected row: another program may have listed a path twice, and
+  // the user removed only the rows selected.
+  std::vector<std::string> pending = removed;
   SettingArray kept;
   for (const SettingValue& element : CurrentLocations(settings)) {
-    if (std::find(removed.begin(), removed.end(), element.name()) == removed.end()) {
+    auto match = std::find(pending.begin(), pending.end(), element.name());
+    if (match != pending.end()) {
+      pending.erase(match);
+    } else {
       kept.Append(element);
     }
   }

@@ -15,7 +15,7 @@ enum class TrustedChange {
 };
 
 // The trusted files and folders, in the order they were added. Elements the player would not
-// count (not booleans) are listed all the same; a "trustedPaths" that is not an array lists
+// count (not booleans) are listed all the same; a setting that is not an array lists
 // nothing. Reading never writes anything back.
 std::vector<std::string> TrustedLocations(SMSettingsManager& settings);
 // Appends a location with the value true.

@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <climits>
 #include <functional>
 #include <string>
 #include <utility>
@@ -74,10 +75,19 @@ void AppendLetters(HDC dc, const std::wstring& word, int width, std::wstring& br
   }
 }
 
-// Wine's link control breaks a line that is too long anywhere, even inside a word, so a link's
-// caption gets its line breaks from here, between words, measured as shown with the dialog's
-// font. The caption's own line breaks stay.
-std::wstring BreakLinkCaption(HDC dc, const std::wstring& caption, int width) {
+// A break a reader does not see: Thai writes a sentence without spaces, so its texts mark where
+// a line may break with this. Wine's controls neither break there nor draw it as nothing, so the
+// program breaks such texts itself and takes the marks out.
+constexpr wchar_t kInvisibleBreak = L'\u200B';
+
+bool HasInvisibleBreaks(const std::wstring& text) {
+  return text.find(kInvisibleBreak) != std::wstring::npos;
+}
+
+// Line breaks between words, measured as shown with the dialog's font: Wine's link control
+// breaks a line that is too long anywhere, even inside a word, and its labels do not break at
+// invisible marks. Words end at a space or an invisible break; the text's own line breaks stay.
+std::wstring BreakCaption(HDC dc, const std::wstring& caption, int width) {
   std::wstring broken;
   size_t lineStart = 0;
   while (true) {
@@ -85,20 +95,22 @@ std::wstring BreakLinkCaption(HDC dc, const std::wstring& caption, int width) {
     std::wstring line = caption.substr(
         lineStart, lineEnd == std::wstring::npos ? std::wstring::npos : lineEnd - lineStart);
     std::wstring shown;
+    std::wstring gap;  // what stands between the last word and the next: a space or nothing
     bool first = true;
     for (size_t start = 0; start <= line.size();) {
-      size_t end = std::min(line.find(L' ', start), line.size());
+      size_t end =
+          std::min(line.find_first_of(std::wstring{L' ', kInvisibleBreak}, start), line.size());
       std::wstring word = line.substr(start, end - start);
-      std::wstring candidate = first ? Shown(word) : shown + L' ' + Shown(word);
-      if (!first && ExtentOf(dc, candidate) > width) {
+      if (!first && ExtentOf(dc, shown + gap + Shown(word)) > width) {
         broken += L'\n';
         shown.clear();
       } else if (!first) {
-        broken += L' ';
-        shown += L' ';
+        broken += gap;
+        shown += gap;
       }
       AppendLetters(dc, word, width, broken, shown);
       first = false;
+      gap = end < line.size() && line[end] == L' ' ? L" " : L"";
       start = end + 1;
     }
     if (lineEnd == std::wstring::npos) return broken;
@@ -189,9 +201,11 @@ LayoutControl MeasureButton(LayoutControl layout, LONG style, HDC dc, const std:
                             SIZE extent, int rightLimit) {
   if ((style & BS_TYPEMASK) == BS_GROUPBOX || text.empty()) return layout;
   bool box = IsBoxButton(style);
+  const int dotsPerInch = GetDeviceCaps(dc, LOGPIXELSX);
   // The box and the space after it, or the button's frame and inner padding.
-  int decoration = box ? GetSystemMetrics(SM_CXMENUCHECK) + 8 : 16;
-  int padding = box ? 2 : 8;
+  int decoration = box ? GetSystemMetrics(SM_CXMENUCHECK) + ScaleFrom96(8, dotsPerInch)
+                       : ScaleFrom96(16, dotsPerInch);
+  int padding = ScaleFrom96(box ? 2 : 8, dotsPerInch);
   layout.kind = LayoutKind::kOneLine;
   layout.neededWidth = extent.cx + decoration;
   int widest = rightLimit - layout.rect.left;
@@ -211,6 +225,12 @@ LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
   std::wstring text = isLink ? Shown(caption) : caption;
   SIZE extent{};
   GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
+  if (_wcsicmp(className.c_str(), L"Static") == 0 && HasInvisibleBreaks(text)) {
+    // Measured as it will be shown: broken here, without its marks.
+    extent = Unwrapped(dc, BreakCaption(dc, text, INT_MAX));
+    return MeasureText(layout, extent, rightLimit,
+                       [&](int width) { return Unwrapped(dc, BreakCaption(dc, text, width)); });
+  }
   if (_wcsicmp(className.c_str(), L"Static") == 0) {
     return MeasureLabel(layout, style, dc, text, extent, rightLimit);
   }
@@ -219,7 +239,7 @@ LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
   }
   if (!isLink || text.empty()) return layout;
   return MeasureText(layout, extent, rightLimit, [&](int width) {
-    return Unwrapped(dc, Shown(BreakLinkCaption(dc, caption, width)));
+    return Unwrapped(dc, Shown(BreakCaption(dc, caption, width)));
   });
 }
 
@@ -269,7 +289,8 @@ int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
   }
   std::vector<LayoutControl> controls;
   for (const Measured& entry : measured) controls.push_back(entry.layout);
-  LayoutPlan plan = PlanLayout(controls, client.right, client.bottom, margin.bottom);
+  LayoutPlan plan = PlanLayout(controls, client.right, client.bottom, margin.bottom,
+                               GetDeviceCaps(dc, LOGPIXELSX));
   for (size_t index = 0; index < measured.size(); ++index) {
     const LayoutRect& rect = plan.rects[index];
     HWND control = measured[index].control;
@@ -279,9 +300,9 @@ int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
       LONG style = GetWindowLongW(control, GWL_STYLE);
       SetWindowLongW(control, GWL_STYLE, (style & ~SS_TYPEMASK) | SS_LEFT);
     }
-    if (_wcsicmp(ClassOf(control).c_str(), WC_LINK) == 0) {
-      std::wstring caption = TextOf(control);
-      std::wstring broken = BreakLinkCaption(dc, caption, rect.width() - 2);
+    std::wstring caption = TextOf(control);
+    if (_wcsicmp(ClassOf(control).c_str(), WC_LINK) == 0 || HasInvisibleBreaks(caption)) {
+      std::wstring broken = BreakCaption(dc, caption, rect.width() - 2);
       if (broken != caption) SetWindowTextW(control, broken.c_str());
     }
     if (rect == controls[index].rect) continue;
@@ -292,4 +313,15 @@ int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
   ReleaseDC(dialog, dc);
   GrowPopupTo(dialog, plan.clientHeight);
   return plan.clientHeight;
+}
+
+int DotsPerInch(HWND window) {
+  HDC dc = GetDC(window);
+  const int dotsPerInch = dc != nullptr ? GetDeviceCaps(dc, LOGPIXELSX) : 0;
+  if (dc != nullptr) ReleaseDC(window, dc);
+  return dotsPerInch > 0 ? dotsPerInch : USER_DEFAULT_SCREEN_DPI;
+}
+
+int ScaledPixels(HWND window, int pixelsAt96) {
+  return MulDiv(pixelsAt96, DotsPerInch(window), USER_DEFAULT_SCREEN_DPI);
 }

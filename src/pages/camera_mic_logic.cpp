@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "admincfg/parse_bool.h"
+#include "settings/setting_keys.h"
 #include "settings/site_permissions.h"
 
 int CameraMicIndexForAlways(std::optional<bool> defaultalways) {
@@ -12,7 +13,7 @@ int CameraMicIndexForAlways(std::optional<bool> defaultalways) {
 
 int ReadCameraMicIndex(SMSettingsManager& settings) {
   return CameraMicIndexForAlways(
-      settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), "defaultalways"));
+      settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), kDefaultAlways.name));
 }
 
 bool IsCameraMicLockedByAdministrator(const SMAdminConfig& adminConfig) {
@@ -22,7 +23,7 @@ bool IsCameraMicLockedByAdministrator(const SMAdminConfig& adminConfig) {
 int ApplyCameraMicChoice(SMSettingsManager& settings, int chosenIndex) {
   const bool block = chosenIndex == kCameraMicBlock;
   if (!settings.SetValue(SMSettingsManager::MasterDomain(),
-                         SettingValue::Boolean("defaultalways", block))) {
+                         SettingValue::Boolean(kDefaultAlways.name, block))) {
     return chosenIndex;
   }
   // No site keeps a permission: each becomes a remembered denial or asks again. A site that

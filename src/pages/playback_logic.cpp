@@ -1,19 +1,25 @@
 #include "pages/playback_logic.h"
 
-PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
-  int index = disallowP2PUplink.value_or(false) ? kPlaybackBlock : kPlaybackAsk;
+#include "settings/setting_keys.h"
+
+PlaybackView PlaybackViewForIndex(int index) {
   return PlaybackView{index, index != kPlaybackBlock};
+}
+
+PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink) {
+  return PlaybackViewForIndex(disallowP2PUplink.value_or(false) ? kPlaybackBlock : kPlaybackAsk);
 }
 
 PlaybackView ReadPlaybackView(SMSettingsManager& settings) {
   return PlaybackViewForUplink(
-      settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), "disallowP2PUplink"));
+      settings.GetValueAs<bool>(SMSettingsManager::MasterDomain(), kDisallowPeerUplink.name));
 }
 
-int ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex) {
+PlaybackView ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex) {
   const bool block = chosenIndex == kPlaybackBlock;
-  return settings.SetValue(SMSettingsManager::MasterDomain(),
-                           SettingValue::Boolean("disallowP2PUplink", block))
-             ? chosenIndex
-             : previousIndex;
+  if (!settings.SetValue(SMSettingsManager::MasterDomain(),
+                         SettingValue::Boolean(kDisallowPeerUplink.name, block))) {
+    return PlaybackViewForIndex(previousIndex);
+  }
+  return ReadPlaybackView(settings);
 }

@@ -13,9 +13,11 @@ struct PlaybackView {
   bool bySiteEnabled;
 };
 
+PlaybackView PlaybackViewForIndex(int index);
 PlaybackView PlaybackViewForUplink(std::optional<bool> disallowP2PUplink);
 PlaybackView ReadPlaybackView(SMSettingsManager& settings);
 
-// Stores a click on the radio group: the chosen index, or the previous one when the master
-// settings could not be written.
-int ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex);
+// Stores a click on the radio group and returns what the page must show: the stored choice, or
+// the previous one when the master settings could not be written (memory keeps the new value
+// then, but the user must not be shown a choice that is not on disk).
+PlaybackView ApplyPlaybackChoice(SMSettingsManager& settings, int previousIndex, int chosenIndex);

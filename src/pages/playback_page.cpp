@@ -19,7 +19,10 @@ void PlaybackPage::SetTexts() {
 }
 
 void PlaybackPage::RefreshFromSettings() {
-  PlaybackView view = ReadPlaybackView(objects_.settings);
+  ShowView(ReadPlaybackView(objects_.settings));
+}
+
+void PlaybackPage::ShowView(const PlaybackView& view) {
   index_ = view.index;
   EnableWindow(GetDlgItem(window_, IDC_P2P_BY_SITE), view.bySiteEnabled);
   WriteRadioGroup(window_, IDC_P2P_ASK, index_);
@@ -35,10 +38,7 @@ bool PlaybackPage::OnButtonClicked(int controlId) {
   if (controlId != IDC_P2P_ASK && controlId != IDC_P2P_BLOCK) {
     return SettingsPage::OnButtonClicked(controlId);
   }
-  const int previous = index_;
-  index_ = ApplyPlaybackChoice(objects_.settings, previous, ReadRadioGroup(window_, IDC_P2P_ASK));
-  WriteRadioGroup(window_, IDC_P2P_ASK, index_);
-  RefreshFromSettings();
+  ShowView(ApplyPlaybackChoice(objects_.settings, index_, ReadRadioGroup(window_, IDC_P2P_ASK)));
   return true;
 }
 

@@ -15,5 +15,7 @@ class PlaybackPage : public SettingsPage {
   std::optional<TextId> LinkUrlId(int controlId) override;
 
  private:
+  void ShowView(const PlaybackView& view);
+
   int index_ = kPlaybackAsk;
 };

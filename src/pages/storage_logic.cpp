@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "settings/setting_keys.h"
+
 namespace {
 
 // The radios from top to bottom.
@@ -33,13 +35,13 @@ int StorageRadioForChoice(SiteChoice choice) {
   return -1;
 }
 
-int StorageIndexForLimit(std::optional<double> defaultklimit) {
-  return StorageRadioForChoice(ChoiceForStorageLimit(defaultklimit));
+int StorageIndexForLimit(std::optional<double> defaultStorageLimit) {
+  return StorageRadioForChoice(ChoiceForStorageLimit(defaultStorageLimit));
 }
 
 int ReadStorageIndex(SMSettingsManager& settings) {
   return StorageIndexForLimit(
-      settings.GetValueAs<double>(SMSettingsManager::MasterDomain(), "defaultklimit"));
+      settings.GetValueAs<double>(SMSettingsManager::MasterDomain(), kDefaultStorageLimit.name));
 }
 
 double StorageLimitForIndex(int index) {
@@ -53,9 +55,9 @@ int ApplyStorageChoice(SMSettingsManager& settings, SMUserPrompts& prompts, int 
       !prompts.ConfirmBox(TextId::kStorageBlockAllText, TextId::kStorageBlockAllDeletesData,
                           TextId::kStorageBlockAllCaption))
     return previousIndex;
-  bool stored =
-      settings.SetValue(SMSettingsManager::MasterDomain(),
-                        SettingValue::Number("defaultklimit", StorageLimitForChoice(choice)));
+  bool stored = settings.SetValue(
+      SMSettingsManager::MasterDomain(),
+      SettingValue::Number(kDefaultStorageLimit.name, StorageLimitForChoice(choice)));
   // Blocking also throws away what sites stored so far, but only once the block is on disk.
   if (stored && choice == kChoiceBlock) stored = settings.RemoveAllSites(false);
   if (stored) stored = SetLimitOfEverySite(settings, choice);

@@ -9,14 +9,14 @@
 // The Storage page's radio group: 0 Allow, 1 Ask, 2 Block.
 enum StorageChoice : int { kStorageAllow = 0, kStorageAsk = 1, kStorageBlock = 2 };
 
-// The radios stand for the per-site storage choices in their own order; "defaultklimit" means
+// The radios stand for the per-site storage choices in their own order; the default limit means
 // what a site's limit means (absent or any value other than 0 and -1 is Allow).
 SiteChoice ChoiceForStorageRadio(int index);
 int StorageRadioForChoice(SiteChoice choice);
-int StorageIndexForLimit(std::optional<double> defaultklimit);
+int StorageIndexForLimit(std::optional<double> defaultStorageLimit);
 int ReadStorageIndex(SMSettingsManager& settings);
 
-// The "defaultklimit" a radio stands for; no radio checked counts as Allow.
+// The default storage limit a radio stands for; no radio checked counts as Allow.
 double StorageLimitForIndex(int index);
 // Stores a click on the radio group (Block only after the user confirms) and mirrors the limit
 // into every known site. Returns the index the group must show: the chosen one, or the

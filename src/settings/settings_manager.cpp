@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/file_io.h"
+#include "settings/setting_keys.h"
 #include "settings/settings_reader.h"
 #include "settings/settings_writer.h"
 #include "settings/site_name.h"
@@ -11,7 +12,6 @@
 
 namespace {
 
-constexpr const char* kSettingsFileName = "settings.sol";
 constexpr size_t kReadBlockSize = 65536;
 
 void Log(const char* message) {
@@ -19,24 +19,6 @@ void Log(const char* message) {
 }
 
 }  // namespace
-
-// The global keys and the defaults written when one is missing, in the order they are added:
-// the order decides where each lands in the master file.
-const std::vector<SettingValue>& SMSettingsManager::GlobalDefaults() {
-  static const std::vector<SettingValue> defaults = {
-      SettingValue::Boolean("defaultalways", false),
-      SettingValue::Boolean("crossdomainAlways", true),
-      SettingValue::Boolean("crossdomainAllow", false),
-      SettingValue::Array("trustedPaths", SettingArray()),
-      SettingValue::Number("defaultklimit", 100),
-      SettingValue::Boolean("allowThirdPartyLSOAccess", true),
-      SettingValue::Number("secureCrossDomainCacheSize", -1),
-      SettingValue::Boolean("disallowP2PUplink", false),
-      SettingValue::Boolean("autoUpdateDisabled", false),
-      SettingValue::Number("autoUpdateInterval", 14),
-  };
-  return defaults;
-}
 
 std::string SMSettingsManager::SettingsFolderIn(SMPlatformServices& platform) {
   return platform.PlayerDataRoot() + platform.PathSeparator() +
@@ -131,8 +113,8 @@ bool SMSettingsManager::LoadMasterSettings() {
   cache_[MasterDomain()] = std::move(master);
   if (isNew) WriteSettingsFile(MasterDomain());
   EnsureGlobalDefaults();
-  if (!GetSettingsTable(MasterDomain())->Contains(kKnownSitesKey)) {
-    SetValue(MasterDomain(), SettingValue::Array(kKnownSitesKey, SettingArray()));
+  if (!GetSettingsTable(MasterDomain())->Contains(kKnownSites.name)) {
+    SetValue(MasterDomain(), DefaultValueOf(kKnownSites));
   }
   PruneKnownSites();
   return true;
@@ -173,16 +155,17 @@ bool SMSettingsManager::WriteSettingsFile(const std::string& domain) {
   std::optional<std::string> folder = SettingsFolderOf(domain);
   if (!folder || access_ == Access::kReadOnly) return false;
   const SettingsTable& table = *GetSettingsTable(domain);
-  const std::string objectName = domain == MasterDomain() ? "settings" : domain + "/settings";
+  const std::string objectName =
+      domain == MasterDomain() ? kMasterObjectName : domain + kSiteObjectSuffix;
   return WriteSettingsStream(platform_, *folder, *SettingsFileOf(domain),
                              SerializeSettings(table, objectName));
 }
 
 bool SMSettingsManager::EnsureGlobalDefaults() {
   SettingsTable& master = *GetSettingsTable(MasterDomain());
-  for (const SettingValue& value : GlobalDefaults()) {
+  for (const SettingKey* key : kGlobalDefaults) {
     // A key of another type than its default is the player's business: it stays as it is.
-    if (!master.Contains(value.name())) master.Insert(value);
+    if (!master.Contains(key->name)) master.Insert(DefaultValueOf(*key));
   }
   return WriteSettingsFile(MasterDomain());
 }

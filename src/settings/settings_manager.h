@@ -27,8 +27,6 @@ class SMSettingsManager {
   virtual bool RemoveSiteStoredData(const std::string& site);
 
   static const std::string& MasterDomain();  // "___MASTER_DOMAIN"
-  // The global keys with the defaults written when one is missing, in the order they are added.
-  static const std::vector<SettingValue>& GlobalDefaults();
   // Where the settings files of the player's data root are kept.
   static std::string SettingsFolderIn(SMPlatformServices& platform);
 
@@ -75,13 +73,8 @@ class SMSettingsManager {
   SMPlatformServices& platform() { return platform_; }
 
  private:
-  // The values a new site takes from the master file, read once per run.
-  struct SiteDefaults {
-    bool defaultAlways = false;
-    double defaultKLimit = 100;
-  };
-
-  const SiteDefaults& SiteDefaultsOfThisRun();
+  // The values a new site file is completed with, some taken from the master file once per run.
+  const std::vector<SettingValue>& SiteDefaultsOfThisRun();
   // Reads and parses a whole settings file; nothing when it is absent or unreadable.
   std::unique_ptr<SettingsTable> ReadSettingsFile(const std::string& path, bool* unreadable);
   // The folder of a domain's settings; nothing where SettingsFileOf gives nothing.
@@ -98,6 +91,6 @@ class SMSettingsManager {
   std::map<std::string, std::unique_ptr<SettingsTable>> cache_;
   std::string settingsFolder_;
   std::string appContainerFolder_;
-  std::optional<SiteDefaults> siteDefaults_;
+  std::optional<std::vector<SettingValue>> siteDefaults_;
   Access access_;
 };

@@ -5,11 +5,11 @@
 BooleanPairKeys PairKeysOf(SitePermission permission) {
   switch (permission) {
     case SitePermission::kCameraOther:
-      return {"always", "allow"};
+      return {&kCameraAlways, &kCameraAllow};
     case SitePermission::kCameraSecure:
-      return {"alwayssecure", "allowsecure"};
+      return {&kCameraAlwaysSecure, &kCameraAllowSecure};
     case SitePermission::kPeerNetworking:
-      return {"p2palways", "p2pallow"};
+      return {&kPeerAlways, &kPeerAllow};
     case SitePermission::kStorage:
       break;
   }
@@ -41,25 +41,33 @@ SiteChoice ChoiceForPair(std::optional<bool> always, std::optional<bool> allow) 
 SiteChoice ReadSiteChoice(SMSettingsManager& settings, const std::string& site,
                           SitePermission permission) {
   if (permission == SitePermission::kStorage) {
-    return ChoiceForStorageLimit(settings.GetValueAs<double>(site, kStorageLimitKey));
+    return ChoiceForStorageLimit(settings.GetValueAs<double>(site, kStorageLimit.name));
   }
   BooleanPairKeys keys = PairKeysOf(permission);
-  return ChoiceForPair(settings.GetValueAs<bool>(site, keys.always),
-                       settings.GetValueAs<bool>(site, keys.allow));
+  return ChoiceForPair(settings.GetValueAs<bool>(site, keys.always->name),
+                       settings.GetValueAs<bool>(site, keys.allow->name));
 }
 
 bool WriteSiteChoice(SMSettingsManager& settings, const std::string& site,
                      SitePermission permission, SiteChoice choice) {
   if (permission == SitePermission::kStorage) {
-    return settings.SetValue(site,
-                             SettingValue::Number(kStorageLimitKey, StorageLimitForChoice(choice)));
+    return settings.SetValue(
+        site, SettingValue::Number(kStorageLimit.name, StorageLimitForChoice(choice)));
   }
   BooleanPairKeys keys = PairKeysOf(permission);
   const bool always = choice == kChoiceAllow || choice == kChoiceBlock;
   const bool allow = choice == kChoiceAllow;
-  const bool alwaysWritten = settings.SetValue(site, SettingValue::Boolean(keys.always, always));
-  const bool allowWritten = settings.SetValue(site, SettingValue::Boolean(keys.allow, allow));
+  const bool alwaysWritten =
+      settings.SetValue(site, SettingValue::Boolean(keys.always->name, always));
+  const bool allowWritten = settings.SetValue(site, SettingValue::Boolean(keys.allow->name, allow));
   return alwaysWritten && allowWritten;
+}
+
+bool ChangeSiteChoice(SMSettingsManager& settings, const std::string& site,
+                      SitePermission permission, SiteChoice choice) {
+  if (!WriteSiteChoice(settings, site, permission, choice)) return false;
+  if (permission != SitePermission::kStorage || choice != kChoiceBlock) return true;
+  return settings.RemoveSite(site, false);
 }
 
 std::vector<std::string> KnownSiteNames(SMSettingsManager& settings) {

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "settings/setting_keys.h"
+
 class SMSettingsManager;
 
 // What a site may do with one permission: ask each time, allow, or block. The store keeps no
@@ -18,20 +20,16 @@ enum SiteChoice : int {
 
 // The permissions a site has, each kept in its own per-site values.
 enum class SitePermission {
-  kStorage,         // "klimit": 0 ask, 100 allow, -1 block
-  kCameraOther,     // "always" / "allow"
-  kCameraSecure,    // "alwayssecure" / "allowsecure" (HTTPS pages)
-  kPeerNetworking,  // "p2palways" / "p2pallow"
+  kStorage,         // kStorageLimit: 0 ask, 100 allow, -1 block
+  kCameraOther,     // kCameraAlways / kCameraAllow
+  kCameraSecure,    // kCameraAlwaysSecure / kCameraAllowSecure (HTTPS pages)
+  kPeerNetworking,  // kPeerAlways / kPeerAllow
 };
-
-// The master key that lists the known sites, and the per-site storage limit.
-inline constexpr const char* kKnownSitesKey = "domains";
-inline constexpr const char* kStorageLimitKey = "klimit";
 
 // A permission kept by the player as two booleans of a site.
 struct BooleanPairKeys {
-  const char* always;
-  const char* allow;
+  const SettingKey* always;
+  const SettingKey* allow;
 };
 BooleanPairKeys PairKeysOf(SitePermission permission);
 
@@ -50,6 +48,12 @@ SiteChoice ReadSiteChoice(SMSettingsManager& settings, const std::string& site,
 // write succeeded. A failed write leaves the value that was there before.
 bool WriteSiteChoice(SMSettingsManager& settings, const std::string& site,
                      SitePermission permission, SiteChoice choice);
+
+// Changes a known site's choice as the by-site lists do: Block for storage also deletes what
+// the site has stored at once, keeping its settings. True when the writes and the deletion
+// succeeded.
+bool ChangeSiteChoice(SMSettingsManager& settings, const std::string& site,
+                      SitePermission permission, SiteChoice choice);
 
 // The names of the known sites in list order, empty names included (some callers skip them).
 std::vector<std::string> KnownSiteNames(SMSettingsManager& settings);

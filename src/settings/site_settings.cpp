@@ -1,46 +1,44 @@
 // The per-site part of the settings manager: known sites, site files and stored site data.
 
+#include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
 #include "settings/site_name.h"
 #include "settings/site_permissions.h"
 
-const SMSettingsManager::SiteDefaults& SMSettingsManager::SiteDefaultsOfThisRun() {
+const std::vector<SettingValue>& SMSettingsManager::SiteDefaultsOfThisRun() {
   // Read at the first site creation of a run and kept: a later change of the global defaults
   // does not reach sites created afterwards in the same run, as with the player.
   if (!siteDefaults_) {
-    SiteDefaults defaults;
-    defaults.defaultAlways = GetValueAs<bool>(MasterDomain(), "defaultalways").value_or(false);
-    defaults.defaultKLimit = GetValueAs<double>(MasterDomain(), "defaultklimit").value_or(100);
-    siteDefaults_ = defaults;
+    std::vector<SettingValue> defaults;
+    for (const SettingKey* key : kSiteDefaults) {
+      const SettingValue* seed = key->seed ? GetValue(MasterDomain(), key->seed->name) : nullptr;
+      if (seed != nullptr && seed->type() == key->type) {
+        defaults.push_back(*seed);
+        defaults.back().set_name(key->name);
+      } else {
+        defaults.push_back(DefaultValueOf(*key));
+      }
+    }
+    siteDefaults_ = std::move(defaults);
   }
   return *siteDefaults_;
 }
 
 bool SMSettingsManager::EnsureSiteDefaults(const std::string& site) {
   SettingsTable& table = *GetSettingsTable(site);
-  const SiteDefaults& defaults = SiteDefaultsOfThisRun();
-  const SettingValue siteDefaults[] = {
-      SettingValue::Boolean("allow", false),
-      SettingValue::Boolean("always", defaults.defaultAlways),
-      SettingValue::Boolean("allowsecure", false),
-      SettingValue::Boolean("alwayssecure", defaults.defaultAlways),
-      SettingValue::Number(kStorageLimitKey, defaults.defaultKLimit),
-      SettingValue::Boolean("p2pallow", false),
-      SettingValue::Boolean("p2palways", false),
-  };
-  for (const SettingValue& value : siteDefaults) {
+  for (const SettingValue& value : SiteDefaultsOfThisRun()) {
     if (!table.Contains(value.name())) table.Insert(value);
   }
   return WriteSettingsFile(site);
 }
 
 const SettingArray* SMSettingsManager::GetKnownSites() {
-  if (!GetSettingsTable(MasterDomain())->Contains(kKnownSitesKey)) LoadMasterSettings();
-  return ArrayOf(GetValue(MasterDomain(), kKnownSitesKey));
+  if (!GetSettingsTable(MasterDomain())->Contains(kKnownSites.name)) LoadMasterSettings();
+  return ArrayOf(GetValue(MasterDomain(), kKnownSites.name));
 }
 
 bool SMSettingsManager::StoreKnownSites(const SettingArray& sites) {
-  return SetValue(MasterDomain(), SettingValue::Array(kKnownSitesKey, sites));
+  return SetValue(MasterDomain(), SettingValue::Array(kKnownSites.name, sites));
 }
 
 bool SMSettingsManager::AddSite(const std::string& site) {
@@ -128,7 +126,7 @@ bool SMSettingsManager::RemoveAllSites(bool includeSettings) {
 }
 
 void SMSettingsManager::PruneKnownSites() {
-  SettingValue* domains = GetSettingsTable(MasterDomain())->Find(kKnownSitesKey);
+  SettingValue* domains = GetSettingsTable(MasterDomain())->Find(kKnownSites.name);
   if (domains == nullptr || domains->type() != kSettingArray) return;
   SettingArray& sites = domains->array();
   for (size_t index = sites.size(); index-- > 0;) {

@@ -55,6 +55,30 @@ TEST(TrustedLocations, AddRenameRemoveKeepOrderAndUniqueNames) {
   }
 }
 
+// Another program listed a path more than once: each selected row takes one element with it.
+TEST(TrustedLocations, RemoveTakesOneElementPerSelectedRow) {
+  using Names = std::vector<std::string>;
+  const struct {
+    Names selected, kept;
+  } cases[] = {
+      {{"a"}, {"b", "a", "c", "a"}},
+      {{"a", "a"}, {"b", "c", "a"}},
+      {{"c", "a", "a", "a"}, {"b"}},
+  };
+  for (const auto& c : cases) {
+    SitesProfile profile;
+    SMSettingsManager settings(*profile.platform);
+    SettingArray listed;
+    for (const char* name : {"a", "b", "a", "c", "a"}) {
+      listed.Append(SettingValue::Boolean(name, true));
+    }
+    ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Array("trustedPaths", listed)));
+    EXPECT_EQ(RemoveTrustedLocations(settings, c.selected), TrustedChange::kWritten);
+    SMSettingsManager reread(*profile.platform);
+    EXPECT_EQ(TrustedLocations(reread), c.kept) << c.selected.size();
+  }
+}
+
 TEST(TrustedLocations, FailedWritesLeaveTheSettingAsItIs) {
   SitesProfile profile;
   SMSettingsManager settings(*profile.platform);

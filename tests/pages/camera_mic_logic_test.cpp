@@ -27,6 +27,14 @@ TEST(CameraMicLogic, AdministratorLock) {
   }
 }
 
+// Only a stored boolean true blocks; the text "true" another program left there does not.
+TEST(CameraMicLogic, AValueOfAnotherTypeShowsAsk) {
+  SitesProfile profile;
+  SMSettingsManager settings(*profile.platform);
+  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::String("defaultalways", "true")));
+  EXPECT_EQ(ReadCameraMicIndex(settings), kCameraMicAsk);
+}
+
 TEST(CameraMicLogic, BlockThenAskForcesEveryListedSite) {
   SitesProfile profile({"a.com", "b.org", "c.net"});
   // One run of the program: a new run would drop the listed names that have no file yet.
@@ -44,6 +52,7 @@ TEST(CameraMicLogic, BlockThenAskForcesEveryListedSite) {
     const bool block = chosen == kCameraMicBlock;
     EXPECT_EQ(ApplyCameraMicChoice(settings, chosen), chosen);
     EXPECT_EQ(profile.Stored<bool>(kMaster, "defaultalways"), block);
+    EXPECT_EQ(ReadCameraMicIndex(settings), block ? kCameraMicBlock : kCameraMicAsk);
     for (const std::string& site : listed) {
       std::vector<std::optional<bool>> stored;
       for (const char* name : {"always", "alwayssecure", "allow", "allowsecure"})

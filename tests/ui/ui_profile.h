@@ -37,6 +37,8 @@ class UiProfile {
   // The names of an array value's elements; nullopt when it is no array.
   std::optional<std::vector<std::string>> StoredNames(const std::string& domain,
                                                       const std::string& name);
+  // The settings file of a site or of the master domain.
+  std::string SettingsFile(const std::string& domain);
   // A file of data a site stored, below the player's shared objects.
   std::string StoredDataFile(const std::string& site);
   // The prefix's data locations, as the program computes them.
@@ -45,7 +47,6 @@ class UiProfile {
  private:
   // No player, no settings and no administrator file.
   void Clear();
-  std::string SettingsFile(const std::string& domain);
 
   Win32System system_;
   std::unique_ptr<Win32PlatformServices> platform_;

@@ -1,5 +1,8 @@
-// The players' registry keys, the update service, the uninstallers and the administrator file
-// on a real Windows system (the tests' own Wine prefix): what the scripted system cannot show.
+// The system facts on a real Windows system (the tests' own Wine prefix): the players' registry
+// keys, the update service, the uninstallers, the administrator file and the data folders, where
+// the scripted system cannot show them.
+#include "platform/win32/win32_system.h"
+
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -10,7 +13,8 @@
 #include "platform/installed_players.h"
 #include "platform/platform_services.h"
 #include "platform/update_service.h"
-#include "platform/win32/win32_system.h"
+#include "platform/win32/utf16.h"
+#include "platform/win32/win32_platform.h"
 #include "support/temp_folder.h"
 
 namespace fs = std::filesystem;
@@ -55,6 +59,12 @@ class PlayerRegistry {
     }
   }
 };
+
+std::string Environment(const wchar_t* name) {
+  wchar_t value[MAX_PATH] = {};
+  GetEnvironmentVariableW(name, value, MAX_PATH);
+  return ToUtf8(value).value_or("");
+}
 
 }  // namespace
 
@@ -133,5 +143,22 @@ TEST(Win32Players, ApplyUpdateModeRunsTheToolsAndRewritesTheAdministratorFile) {
   fs::remove_all(folder / "Tessalin");
   EXPECT_FALSE(RunUpdateService(system, "-install"));  // it cannot start
   SetEnvironmentVariableW(L"VP_PLAYER_TOOL_LOG", nullptr);
+  fs::remove(adminFile);
+}
+
+TEST(DataLocationsWin32, AdminFileInThe32BitSystemFolderMovesTheDataRoot) {
+  const std::string roaming = Environment(L"APPDATA");
+  const std::string local = Environment(L"LOCALAPPDATA");
+  ASSERT_NE(roaming, local);
+  SMPlatformServices::ResetPathCachesForTesting();
+  Win32System system;
+  wchar_t wow64[MAX_PATH] = {};
+  ASSERT_GT(GetSystemWow64DirectoryW(wow64, MAX_PATH), 0u) << "a 64-bit prefix has syswow64";
+  EXPECT_EQ(AdminConfigFilePath(system), ToUtf8(wow64).value() + "\\Tessalin\\Vantrel\\tss.cfg");
+  const fs::path adminFile = PathFromUtf8(AdminConfigFilePath(system));
+  WriteFileBytes(adminFile, "EnableLocalAppData=1\r\n");
+  Win32PlatformServices platform(system);
+  EXPECT_EQ(platform.PlayerDataRoot(), local + "\\Tessaline\\Vantrel Player");
+  EXPECT_EQ(platform.AssetCacheFolder(), roaming + "\\Brinmor\\Vantrel Player\\AssetCache");
   fs::remove(adminFile);
 }
