@@ -7,6 +7,7 @@
 #include "app/message_box_prompts.h"
 #include "dialogs/add_site_dialog.h"
 #include "dialogs/site_list_ids.h"
+#include "layout/dialog_layout.h"
 #include "platform/win32/utf16.h"
 
 namespace {
