@@ -13,6 +13,10 @@ class SMNativePlatformServices : public SMPlatformServices {
   bool RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
                        uint64_t maxAgeSeconds) override;
   uint64_t TreeSize(const std::string& path) override;
+#ifdef _WIN32
+  // One call instead of a walk (win32/win32_file_size.cpp).
+  uint64_t FileSize(const std::string& path) override;
+#endif
   bool CreateFolder(const std::string& parent, const std::string& name) override;
   std::optional<std::vector<std::string>> ListEntries(const std::string& folder) override;
 };

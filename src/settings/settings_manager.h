@@ -84,6 +84,9 @@ class SMSettingsManager {
   std::optional<std::string> SiteFolderIn(const std::string& baseFolder,
                                           const std::string& site) const;
   bool StoreKnownSites(const SettingArray& sites);
+  // The master "domains" array itself, to change before writing the master file; nullptr when
+  // GetKnownSites has none.
+  SettingArray* KnownSitesInPlace();
 
   std::string dataRoot_;
   std::string storedDataFolder_;
