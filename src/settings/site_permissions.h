@@ -46,8 +46,8 @@ SiteChoice ReadSiteChoice(SMSettingsManager& settings, const std::string& site,
                           SitePermission permission);
 // Writes the choice's values (always before allow) and saves the site's file; true when every
 // write succeeded. A failed write leaves the value that was there before.
-bool WriteSiteChoice(SMSettingsManager& settings, const std::string& site,
-                     SitePermission permission, SiteChoice choice);
+[[nodiscard]] bool WriteSiteChoice(SMSettingsManager& settings, const std::string& site,
+                                   SitePermission permission, SiteChoice choice);
 
 // The names of the known sites in list order, empty names included (some callers skip them).
 std::vector<std::string> KnownSiteNames(SMSettingsManager& settings);
