@@ -89,7 +89,7 @@ function(vp_add_ui_tests target)
           LABELS ui TIMEOUT ${timeout} RESOURCE_LOCK ${VP_WINE_UI_PREFIX}
           FIXTURES_REQUIRED wine_ui
           PASS_REGULAR_EXPRESSION "\\[  PASSED  \\] 1 test\\."
-          ENVIRONMENT "VP_WINEPREFIX=${VP_WINE_UI_PREFIX};LC_ALL=${locale}")
+          ENVIRONMENT "VP_WINEPREFIX=${VP_WINE_UI_PREFIX};VP_WINE_DPI=96;LC_ALL=${locale}")
       endforeach()
     endforeach()
   endforeach()

@@ -6,7 +6,9 @@ VP_PACKAGES=(
   cmake ninja-build g++ python3 git
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   clang libclang-rt-14-dev
-  nlohmann-json3-dev libcli11-dev
+  nlohmann-json3-dev libcli11-dev libvalijson-dev
+  # The test that drives vpsettings apply through the example playbook.
+  ansible-core
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-x86-64-dev
   wine wine64 xvfb xdotool x11-utils imagemagick
   # Fonts with the Chinese, Japanese, Korean and Thai letters (and Latin beside them), so that
@@ -76,4 +78,11 @@ vp_stop_wine_prefix() {
   [ -d "$prefix" ] || return 0
   WINEPREFIX="$prefix" wineserver -k 2>/dev/null || true
   WINEPREFIX="$prefix" wineserver -w 2>/dev/null || true
+}
+
+# Compiles through ccache when it is installed (read when a build folder is first configured).
+vp_use_ccache() {
+  command -v ccache >/dev/null || return 0
+  export CMAKE_C_COMPILER_LAUNCHER="${CMAKE_C_COMPILER_LAUNCHER:-ccache}"
+  export CMAKE_CXX_COMPILER_LAUNCHER="${CMAKE_CXX_COMPILER_LAUNCHER:-ccache}"
 }

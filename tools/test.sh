@@ -1,59 +1,39 @@
 #!/usr/bin/env bash
 # Runs every test: native with sanitizers, the fuzzer for a bounded time, the same unit tests
 # built for Windows under Wine, and the UI tests that drive the real program under Wine + Xvfb.
+#
+# The two cores are kept busy: the Windows program is built first, then its two Wine tracks run
+# in the background (each in its own prefix; the UI track mostly waits for windows) while the
+# native and fuzz builds and their runs take the processors at a lower priority, so that the UI
+# tests' waits stay short. Each track writes its own log; a track's log is shown when it ends.
 set -uo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 cd "$VP_ROOT" || exit 1
 
 vp_install_missing
-
-results=()
-failed=0
-total_passed=0
-total_failed=0
-
-# Runs one track; its ctest summary is counted into the closing line.
-run_track() {
-  local name="$1"
-  shift
-  vp_log "track: $name"
-  local log="$VP_ROOT/build/track-${name}.log"
-  mkdir -p "$VP_ROOT/build"
-  "$@" 2>&1 | tee "$log"
-  local status=${PIPESTATUS[0]}
-  local summary
-  summary=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$log" | tail -1)
-  if [ -n "$summary" ]; then
-    local out_of fails
-    out_of=$(echo "$summary" | sed -E 's/.*out of ([0-9]+).*/\1/')
-    fails=$(echo "$summary" | sed -E 's/.*passed, ([0-9]+) tests failed.*/\1/')
-    total_passed=$((total_passed + out_of - fails))
-    total_failed=$((total_failed + fails))
-  fi
-  if [ "$status" -eq 0 ]; then
-    results+=("PASS $name")
-  else
-    results+=("FAIL $name (exit $status, log: $log)")
-    failed=1
-  fi
-}
+vp_use_ccache
+started=$SECONDS
+mkdir -p "$VP_ROOT/build"
 
 native_track() {
   cmake --preset asan >/dev/null || return 1
-  cmake --build --preset asan -j2 || return 1
-  ctest --preset asan -j2
+  nice -n 10 cmake --build --preset asan -j2 || return 1
+  nice -n 10 ctest --preset asan -j2
 }
 
 fuzz_track() {
   [ -f fuzz/CMakeLists.txt ] || { echo "no fuzz targets"; return 0; }
   cmake --preset fuzz >/dev/null || return 1
-  cmake --build --preset fuzz -j2 || return 1
-  "$VP_ROOT/tools/run-fuzzers.sh" "${VP_FUZZ_SECONDS:-60}"
+  nice -n 10 cmake --build --preset fuzz -j2 || return 1
+  nice -n 10 "$VP_ROOT/tools/run-fuzzers.sh" "${VP_FUZZ_SECONDS:-60}"
+}
+
+windows_build() {
+  cmake --preset mingw >/dev/null || return 1
+  cmake --build --preset mingw -j2
 }
 
 windows_core_track() {
-  cmake --preset mingw >/dev/null || return 1
-  cmake --build --preset mingw -j2 || return 1
   # A server left over from an aborted run would serve this run with its old state.
   vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-core"
   local status=0
@@ -73,13 +53,72 @@ windows_ui_track() {
   return $status
 }
 
+# Runs one track in the foreground, its output on the terminal and in its log.
+run_track() {
+  local name="$1"
+  shift
+  vp_log "track: $name"
+  "$@" 2>&1 | tee "$VP_ROOT/build/track-${name}.log"
+  echo "${PIPESTATUS[0]}" >"$VP_ROOT/build/track-${name}.status"
+}
+
+# Starts one track in the background; its log is shown by finish_track.
+start_track() {
+  local name="$1"
+  shift
+  vp_log "track: $name (in the background)"
+  rm -f "$VP_ROOT/build/track-${name}.status"
+  (
+    "$@" >"$VP_ROOT/build/track-${name}.log" 2>&1
+    echo $? >"$VP_ROOT/build/track-${name}.status"
+  ) &
+  background+=("$!:$name")
+}
+
+finish_tracks() {
+  local entry
+  for entry in "${background[@]}"; do
+    wait "${entry%%:*}"
+    vp_log "track: ${entry#*:} (log: build/track-${entry#*:}.log)"
+    cat "$VP_ROOT/build/track-${entry#*:}.log"
+  done
+  background=()
+}
+
+background=()
+tracks=(windows-build)
+run_track windows-build windows_build
+if [ "$(cat build/track-windows-build.status)" -eq 0 ]; then
+  tracks+=(windows-ui windows-core)
+  start_track windows-ui windows_ui_track
+  start_track windows-core windows_core_track
+fi
+tracks+=(native-asan fuzz)
 run_track native-asan native_track
 run_track fuzz fuzz_track
-run_track windows-core windows_core_track
-run_track windows-ui windows_ui_track
+finish_tracks
 
 echo
 vp_log "summary"
-printf '  %s\n' "${results[@]}"
-echo "all tracks: ${total_passed} passed, ${total_failed} failed"
+failed=0
+total_passed=0
+total_failed=0
+for name in "${tracks[@]}"; do
+  log="$VP_ROOT/build/track-${name}.log"
+  status=$(cat "$VP_ROOT/build/track-${name}.status" 2>/dev/null || echo 1)
+  summary=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$log" | tail -1)
+  if [ -n "$summary" ]; then
+    out_of=$(echo "$summary" | sed -E 's/.*out of ([0-9]+).*/\1/')
+    fails=$(echo "$summary" | sed -E 's/.*passed, ([0-9]+) tests failed.*/\1/')
+    total_passed=$((total_passed + out_of - fails))
+    total_failed=$((total_failed + fails))
+  fi
+  if [ "$status" -eq 0 ]; then
+    echo "  PASS $name"
+  else
+    echo "  FAIL $name (exit $status, log: $log)"
+    failed=1
+  fi
+done
+echo "all tracks: ${total_passed} passed, ${total_failed} failed, $((SECONDS - started)) s"
 exit $failed

@@ -107,6 +107,10 @@ void SMAdminConfig::SetValue(std::string_view key, std::string_view value) {
   entries_.emplace_back(std::string(key), std::string(value));
 }
 
+void SMAdminConfig::RemoveValue(std::string_view key) {
+  std::erase_if(entries_, [key](const auto& entry) { return entry.first == key; });
+}
+
 void SMAdminConfig::Write(std::FILE* stream) const {
   for (const auto& [key, value] : entries_) {
     std::fprintf(stream, "%s=%s\n", key.c_str(), value.c_str());

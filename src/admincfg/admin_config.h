@@ -33,6 +33,8 @@ class SMAdminConfig {
 
   std::optional<std::string> GetValue(std::string_view key) const;
   void SetValue(std::string_view key, std::string_view value);
+  // Removes the key's entry, if there is one; the others keep their order.
+  void RemoveValue(std::string_view key);
   // Every entry as "%s=%s\n" in list order; the caller opens and closes the stream.
   void Write(std::FILE* stream) const;
   // Rewrites the file at path() with Write: opened in text mode "w", so it is truncated, and no

@@ -7,6 +7,9 @@
 
 namespace {
 
+// The notice icon's size in pixels at 96 dots per inch.
+constexpr int kNoticeIconSize = 32;
+
 // All pages of a sheet are the size of its page area: a page whose texts need more height makes
 // the area (and every page already created) taller; pages created later get the new size.
 void GrowPageArea(HWND sheet, int pageHeight) {
@@ -44,6 +47,10 @@ SettingsPage::SettingsPage(int templateId, const SMAppObjects& objects)
   descriptor_.pfnDlgProc = &SMDialogObject::StartDialogProc;
   descriptor_.lParam = reinterpret_cast<LPARAM>(this);
   descriptor_.pfnCallback = &PageCallback;
+}
+
+SettingsPage::~SettingsPage() {
+  if (noticeIcon_ != nullptr) DestroyIcon(noticeIcon_);
 }
 
 void SettingsPage::SetTitle(std::wstring title) {
@@ -94,6 +101,17 @@ uint32_t SettingsPage::LinkUrlId(int controlId) {
 void SettingsPage::SetNoticeTexts() {
   SetControlText(IDC_NOTICE_TEXT, 13101);
   SetControlLink(IDC_NOTICE_LINK, 13102);
+  // The template's icon comes in the standard size; the icon file has one drawn for each scale.
+  if (noticeIcon_ == nullptr) {
+    const int size = ScaledPixels(window_, kNoticeIconSize);
+    noticeIcon_ = static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr),
+                                                MAKEINTRESOURCEW(IDI_VANTREL_NOTICE), IMAGE_ICON,
+                                                size, size, LR_DEFAULTCOLOR));
+  }
+  if (noticeIcon_ != nullptr) {
+    SendDlgItemMessageW(window_, IDC_NOTICE_ICON, STM_SETICON,
+                        reinterpret_cast<WPARAM>(noticeIcon_), 0);
+  }
 }
 
 bool SettingsPage::OnNotify(const NMHDR& header, LRESULT& result) {

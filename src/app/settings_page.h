@@ -15,6 +15,7 @@
 class SettingsPage : public SMDialogObject {
  public:
   SettingsPage(int templateId, const SMAppObjects& objects);
+  ~SettingsPage() override;
 
   // The descriptor handed to CreatePropertySheetPageW (first-version size).
   PROPSHEETPAGEW& descriptor() { return descriptor_; }
@@ -50,4 +51,6 @@ class SettingsPage : public SMDialogObject {
   bool justInitialised_ = false;
   PROPSHEETPAGEW descriptor_{};
   std::wstring title_;
+  // The notice icon drawn at the screen's scale; the page's to destroy.
+  HICON noticeIcon_ = nullptr;
 };

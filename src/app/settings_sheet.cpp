@@ -5,6 +5,8 @@
 #include <mutex>
 #include <utility>
 
+#include "layout/dialog_layout.h"
+
 namespace {
 
 // The callback gets no parameter of ours: the sheet being created is found through this list,
@@ -32,7 +34,7 @@ void SetSheetOfThisThread(SettingsSheet* sheet) {
   if (sheet != nullptr) sheetsUnderConstruction.push_back({GetCurrentThreadId(), sheet});
 }
 
-// The strip where OK and Cancel would be.
+// The strip where OK and Cancel would be, in pixels at 96 dots per inch.
 constexpr int kButtonStripHeight = 30;
 
 }  // namespace
@@ -96,7 +98,7 @@ void SettingsSheet::OnInitialized(HWND window) {
   RECT bounds{};
   GetWindowRect(window, &bounds);
   MoveWindow(window, 0, 0, bounds.right - bounds.left,
-             bounds.bottom - bounds.top - kButtonStripHeight, TRUE);
+             bounds.bottom - bounds.top - ScaledPixels(window, kButtonStripHeight), TRUE);
   LONG extended = GetWindowLongW(window, GWL_EXSTYLE) & ~WS_EX_CONTEXTHELP;
   if (rightToLeft_) extended |= WS_EX_LAYOUTRTL;
   SetWindowLongW(window, GWL_EXSTYLE, extended);

@@ -82,17 +82,26 @@ std::optional<Refusal> CliContext::ResolveFolders() {
     const FolderOption& option;
     std::optional<std::filesystem::path> fromPrefix;
     std::string path;
+    std::string source;  // the option or variable that named it
   } folders[] = {
-      {kRoamingFolder, profile ? std::optional(*profile / "Roaming") : std::nullopt, ""},
-      {kLocalFolder, profile ? std::optional(*profile / "Local") : std::nullopt, ""},
-      {kSystemFolder, profile ? std::optional(driveC / "windows" / "syswow64") : std::nullopt, ""},
+      {kRoamingFolder, profile ? std::optional(*profile / "Roaming") : std::nullopt, "", ""},
+      {kLocalFolder, profile ? std::optional(*profile / "Local") : std::nullopt, "", ""},
+      {kSystemFolder, profile ? std::optional(driveC / "windows" / "syswow64") : std::nullopt, "",
+       ""},
   };
   for (Resolved& folder : folders) {
     folder.path = options_.*folder.option.value;
-    if (folder.path.empty() && folder.fromPrefix) folder.path = folder.fromPrefix->string();
+    folder.source = folder.option.option;
+    if (folder.path.empty() && folder.fromPrefix) {
+      folder.path = folder.fromPrefix->string();
+      folder.source = kWinePrefix.option;
+    }
 #ifndef _WIN32
     // Elsewhere than on Windows every folder must be named.
-    if (folder.path.empty()) folder.path = Environment(folder.option.environment);
+    if (folder.path.empty()) {
+      folder.path = Environment(folder.option.environment);
+      folder.source = std::string("the variable ") + folder.option.environment;
+    }
     if (folder.path.empty()) {
       return Refusal{kExitUsage, std::string("no ") + folder.option.help + ": give " +
                                      folder.option.option + " DIR or set " +
@@ -108,6 +117,22 @@ std::optional<Refusal> CliContext::ResolveFolders() {
 #endif
   system_ = std::make_unique<FolderOverrideSystem>(*baseSystem_, folders[0].path, folders[1].path,
                                                    folders[2].path);
+  // The data paths built on each folder, so that a folder that cuts one short is refused.
+  SMPlatformServices& services = platform();
+  const bool local = services.enableLocalAppData();
+  std::vector<std::string> builtOn[] = {
+      {services.AssetCacheFolder(), services.VXCacheFolder(), services.PrivateDataFolder()},
+      {},
+      {AdminConfigFilePath(system())},
+  };
+  builtOn[local ? 1 : 0].push_back(services.PlayerDataRoot());
+  for (size_t index = 0; index < std::size(folders); ++index) {
+    if (folders[index].path.empty()) continue;
+    if (std::optional<Refusal> refusal =
+            RefuseUnusableFolder(folders[index].source, folders[index].path, builtOn[index])) {
+      return refusal;
+    }
+  }
   return std::nullopt;
 }
 

@@ -12,6 +12,9 @@ int Fail(const Refusal& refusal);
 // reason, or else "could not WHAT PATH: REASON"; returns kExitFailed.
 int FailChange(CliContext& context, const std::string& what, const std::string& path);
 
+// Writes tss.cfg, making its folder when it is missing.
+bool WriteAdminFile(SMAdminConfig& config);
+
 int RunDump(CliContext& context, const std::string& file);
 int RunEncode(CliContext& context, const std::string& file);
 int RunPaths(CliContext& context);
@@ -25,5 +28,7 @@ int RunRemoveSite(CliContext& context, const std::string& site, bool keepSetting
 int RunClear(CliContext& context, bool licences);
 int RunTrusted(CliContext& context, const std::string& action, const std::string& location);
 int RunStrings(CliContext& context, const std::string& languageId);
+int RunApply(CliContext& context, const std::string& policyFile, bool checkOnly);
+int RunExport(CliContext& context);
 int RunAdmin(CliContext& context, const std::string& action, const std::string& key,
              const std::string& value);

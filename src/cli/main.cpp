@@ -24,6 +24,7 @@ struct Arguments {
   std::string file, name, value, type, site, permission, choice, action, key, path, language;
   bool keepSettings = false;
   bool licences = false;
+  bool checkOnly = false;
 };
 
 // One command: its word, what it does, its own arguments and how it runs. A command that
@@ -123,6 +124,17 @@ const Command kCommands[] = {
        return RunAdmin(context, args.action, args.key, args.value);
      },
      true},
+    {"apply", "bring the profile to the state a policy file describes",
+     [](CLI::App& command, Arguments& args) {
+       command.add_option("POLICY", args.file, "the policy (- for standard input)")->required();
+       command.add_flag("--check", args.checkOnly, "write nothing; report what would change");
+     },
+     [](CliContext& context, const Arguments& args) {
+       return RunApply(context, args.file, args.checkOnly);
+     },
+     true},
+    {"export", "the profile's state as a policy", NoArguments,
+     [](CliContext& context, const Arguments&) { return RunExport(context); }, true},
 };
 
 // The options every command takes, before or after the command's word.

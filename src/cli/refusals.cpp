@@ -5,6 +5,7 @@
 
 #include "cli/settings_stream.h"
 #include "platform/file_io.h"
+#include "platform/platform_services.h"
 
 namespace {
 
@@ -39,6 +40,13 @@ const char* FaultText(AdminEntryFault fault) {
 }
 
 }  // namespace
+
+std::optional<Refusal> RefuseUnusableFolder(const std::string& source, const std::string& folder,
+                                            const std::vector<std::string>& dataPaths) {
+  (void)dataPaths;
+  if (IsUtf8Text(folder)) return std::nullopt;
+  return Refusal{kExitUsage, "the folder given by " + source + " is not UTF-8 text"};
+}
 
 std::optional<Refusal> RefuseNonFiniteNumber(const std::string& name, double number) {
   if (std::isfinite(number)) return std::nullopt;

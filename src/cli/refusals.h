@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "admincfg/admin_config.h"
 
@@ -19,6 +20,12 @@ struct Refusal {
   int status;           // kExitUsage for an argument, kExitFailed for the state of a file
   std::string message;  // names the argument or the file, and why
 };
+
+// A folder named by source (an option or variable) that is not UTF-8 text, or on which one of
+// the data paths built on it (dataPaths) came out cut short: the player's folders would then
+// be another folder's, a parent's or a sibling's.
+std::optional<Refusal> RefuseUnusableFolder(const std::string& source, const std::string& folder,
+                                            const std::vector<std::string>& dataPaths);
 
 // NaN and the infinities: the player has no use for them and the pages cannot show them.
 std::optional<Refusal> RefuseNonFiniteNumber(const std::string& name, double number);

@@ -6,30 +6,13 @@
 #include "app/user_prompts.h"
 #include "cli/commands.h"
 #include "cli/json_codec.h"
+#include "cli/policy.h"
 #include "dialogs/clear_data_logic.h"
 #include "dialogs/storage_size.h"
 #include "dialogs/trusted_locations_logic.h"
 #include "settings/site_permissions.h"
 
 namespace {
-
-const char* ChoiceWord(SiteChoice choice) {
-  switch (choice) {
-    case kChoiceAllow:
-      return "allow";
-    case kChoiceBlock:
-      return "block";
-    default:
-      return "ask";
-  }
-}
-
-std::optional<SiteChoice> ChoiceFromWord(const std::string& word) {
-  if (word == "ask") return kChoiceAsk;
-  if (word == "allow") return kChoiceAllow;
-  if (word == "block") return kChoiceBlock;
-  return std::nullopt;
-}
 
 std::optional<SitePermission> PermissionFromWord(const std::string& word) {
   if (word == "storage") return SitePermission::kStorage;

@@ -19,6 +19,8 @@ std::optional<uint16_t> ParseLanguageId(const std::string& text) {
   return static_cast<uint16_t>(std::stoul(digits, nullptr, 16));
 }
 
+}  // namespace
+
 // Unlike the program, the tool may be the first to write the file, so it makes the folder.
 bool WriteAdminFile(SMAdminConfig& config) {
   ClearSystemError();
@@ -27,8 +29,6 @@ bool WriteAdminFile(SMAdminConfig& config) {
   std::filesystem::create_directories(path.parent_path(), error);
   return config.WriteToFile();
 }
-
-}  // namespace
 
 int RunStrings(CliContext& context, const std::string& languageText) {
   std::unique_ptr<SMStringTable> fixed;

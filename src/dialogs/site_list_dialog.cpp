@@ -45,7 +45,7 @@ bool SiteListDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESU
       return true;
     case WM_NOTIFY:
       result = 0;
-      return OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
+      return OnNotify(*reinterpret_cast<const NMHDR*>(lParam), result);
     default:
       return false;
   }
@@ -103,7 +103,7 @@ void SiteListDialog::InsertColumns() {
     LVCOLUMNW header{};
     header.mask = LVCF_FMT | LVCF_TEXT | LVCF_WIDTH;
     header.fmt = LVCFMT_LEFT;
-    header.cx = column.width;
+    header.cx = ScaledPixels(window_, column.width);
     header.pszText = text.data();
     SendMessageW(list_, LVM_INSERTCOLUMNW, index++, reinterpret_cast<LPARAM>(&header));
   }
@@ -129,7 +129,7 @@ void SiteListDialog::OnCommand(int controlId, int code) {
   }
 }
 
-bool SiteListDialog::OnNotify(const NMHDR& header) {
+bool SiteListDialog::OnNotify(const NMHDR& header, LRESULT& result) {
   if (header.hwndFrom != list_) return false;
   switch (header.code) {
     case LVN_GETDISPINFOW:
@@ -142,12 +142,31 @@ bool SiteListDialog::OnNotify(const NMHDR& header) {
       if (selectionChanged && !changingSelection_) ShowSelectionState();
       return true;
     }
+    case LVN_ODFINDITEMW:
+      result = FindRow(*reinterpret_cast<const NMLVFINDITEMW*>(&header));
+      return true;
     case LVN_ODSTATECHANGED:
       if (!changingSelection_) ShowSelectionState();
       return true;
     default:
       return false;
   }
+}
+
+LRESULT SiteListDialog::FindRow(const NMLVFINDITEMW& find) {
+  // The list holds no rows of its own, so typing a site's first letters comes here.
+  if ((find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0 || find.lvfi.psz == nullptr) return -1;
+  std::optional<std::string> text = ToUtf8(find.lvfi.psz);
+  if (!text) return -1;
+  std::vector<std::string> names;
+  names.reserve(model_.RowCount());
+  for (size_t row = 0; row < model_.RowCount(); ++row) names.push_back(model_.SiteAt(row));
+  const SiteRowSearch search{std::move(*text), (find.lvfi.flags & LVFI_PARTIAL) == 0,
+                             (find.lvfi.flags & LVFI_WRAP) != 0};
+  const size_t start = find.iStart < 0 ? 0 : static_cast<size_t>(find.iStart);
+  std::optional<size_t> row = FindSiteRow(
+      names, start, search, [this](const std::string& name) { return system_.FoldCase(name); });
+  return row ? static_cast<LRESULT>(*row) : -1;
 }
 
 void SiteListDialog::ShowRowCount() {

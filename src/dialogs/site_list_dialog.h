@@ -35,7 +35,9 @@ class SiteListDialog : public SMDialogObject {
   void Initialise();
   void InsertColumns();
   void OnCommand(int controlId, int code);
-  bool OnNotify(const NMHDR& header);
+  bool OnNotify(const NMHDR& header, LRESULT& result);
+  // The row a type-ahead search of the list view finds, or -1.
+  LRESULT FindRow(const NMLVFINDITEMW& find);
   void ShowRowCount();
   void SupplyText(NMLVDISPINFOW& info);
   std::vector<size_t> SelectedRows();

@@ -73,6 +73,25 @@ uint32_t ChoiceItemTextId(SiteChoice choice) {
   return choice == kChoiceAllow || choice == kChoiceBlock ? ChoiceWordId(choice) : 11103;
 }
 
+std::optional<size_t> FindSiteRow(const std::vector<std::string>& siteNames, size_t start,
+                                  const SiteRowSearch& search,
+                                  const std::function<std::string(const std::string&)>& foldCase) {
+  const std::string wanted = foldCase(search.text);
+  const size_t count = siteNames.size();
+  if (count == 0) return std::nullopt;
+  if (start >= count) {
+    if (!search.wrap) return std::nullopt;
+    start = 0;
+  }
+  const size_t looked = search.wrap ? count : count - start;
+  for (size_t step = 0; step < looked; ++step) {
+    const size_t row = (start + step) % count;
+    const std::string name = foldCase(siteNames[row]);
+    if (search.wholeName ? name == wanted : name.starts_with(wanted)) return row;
+  }
+  return std::nullopt;
+}
+
 uint32_t ChoiceWordId(SiteChoice choice) {
   switch (choice) {
     case kChoiceAllow:

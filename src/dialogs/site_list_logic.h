@@ -18,7 +18,7 @@ enum class SiteListKind { kStorage, kCameraMic, kPeerNetworking };
 
 struct SiteListColumn {
   uint32_t textId;
-  int width;  // pixels
+  int width;  // pixels at 96 dots per inch
 };
 
 // One choice combo: the permission it edits and the column that shows that permission.
@@ -48,6 +48,19 @@ int ComboItemForChoice(SiteChoice choice);
 // The long text of a combo item, and the short word a row shows.
 uint32_t ChoiceItemTextId(SiteChoice choice);
 uint32_t ChoiceWordId(SiteChoice choice);
+
+// What a list view looks for when the user types in it: a row whose site name begins with the
+// typed text (or, for a whole-name search, equals it), upper and lower case alike.
+struct SiteRowSearch {
+  std::string text;
+  bool wholeName;
+  bool wrap;  // after the last row, go on from the first up to the start
+};
+// The first row from `start` on that matches, or nothing. `foldCase` makes upper and lower case
+// alike as the system's list views do (SMSystem::FoldCase).
+std::optional<size_t> FindSiteRow(const std::vector<std::string>& siteNames, size_t start,
+                                  const SiteRowSearch& search,
+                                  const std::function<std::string(const std::string&)>& foldCase);
 
 // The key by which a list view of the system orders a text: rows are sorted by the bytes of
 // their keys. The Windows program asks the system for it; tests may pass any order.

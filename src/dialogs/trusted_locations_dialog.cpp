@@ -108,6 +108,10 @@ bool TrustedLocationsDialog::OnNotify(const NMHDR& header, LRESULT& result) {
       BeginLabelEdit(info.item.iItem);
       result = FALSE;  // the edit may go ahead
       return true;
+    case LVN_KEYDOWN:
+      // The list edits a row on a second click only; F2 edits the focused row, as elsewhere.
+      if (reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey == VK_F2) EditFocusedRow();
+      return true;
     case LVN_ENDLABELEDITW:
       result = EndLabelEdit(info.item.iItem, info.item.pszText) ? TRUE : FALSE;
       editedText_.clear();
@@ -115,6 +119,13 @@ bool TrustedLocationsDialog::OnNotify(const NMHDR& header, LRESULT& result) {
     default:
       return false;
   }
+}
+
+void TrustedLocationsDialog::EditFocusedRow() {
+  if (SendMessageW(list_, LVM_GETEDITCONTROL, 0, 0) != 0) return;
+  auto row = static_cast<int>(
+      SendMessageW(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED | LVNI_SELECTED));
+  if (row >= 0) SendMessageW(list_, LVM_EDITLABELW, static_cast<WPARAM>(row), 0);
 }
 
 void TrustedLocationsDialog::BeginLabelEdit(int row) {

@@ -25,6 +25,7 @@ class TrustedLocationsDialog : public SMDialogObject {
   void Add();
   void RemoveSelected();
   bool OnNotify(const NMHDR& header, LRESULT& result);
+  void EditFocusedRow();
   void BeginLabelEdit(int row);
   // True when the row may take the new text.
   bool EndLabelEdit(int row, const wchar_t* text);

@@ -201,9 +201,11 @@ LayoutControl MeasureButton(LayoutControl layout, LONG style, HDC dc, const std:
                             SIZE extent, int rightLimit) {
   if ((style & BS_TYPEMASK) == BS_GROUPBOX || text.empty()) return layout;
   bool box = IsBoxButton(style);
+  const int dotsPerInch = GetDeviceCaps(dc, LOGPIXELSX);
   // The box and the space after it, or the button's frame and inner padding.
-  int decoration = box ? GetSystemMetrics(SM_CXMENUCHECK) + 8 : 16;
-  int padding = box ? 2 : 8;
+  int decoration = box ? GetSystemMetrics(SM_CXMENUCHECK) + ScaleFrom96(8, dotsPerInch)
+                       : ScaleFrom96(16, dotsPerInch);
+  int padding = ScaleFrom96(box ? 2 : 8, dotsPerInch);
   layout.kind = LayoutKind::kOneLine;
   layout.neededWidth = extent.cx + decoration;
   int widest = rightLimit - layout.rect.left;
@@ -284,7 +286,8 @@ int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
   }
   std::vector<LayoutControl> controls;
   for (const Measured& entry : measured) controls.push_back(entry.layout);
-  LayoutPlan plan = PlanLayout(controls, client.right, client.bottom, margin.bottom);
+  LayoutPlan plan = PlanLayout(controls, client.right, client.bottom, margin.bottom,
+                               GetDeviceCaps(dc, LOGPIXELSX));
   for (size_t index = 0; index < measured.size(); ++index) {
     const LayoutRect& rect = plan.rects[index];
     HWND control = measured[index].control;
@@ -307,4 +310,15 @@ int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
   ReleaseDC(dialog, dc);
   GrowPopupTo(dialog, plan.clientHeight);
   return plan.clientHeight;
+}
+
+int DotsPerInch(HWND window) {
+  HDC dc = GetDC(window);
+  const int dotsPerInch = dc != nullptr ? GetDeviceCaps(dc, LOGPIXELSX) : 0;
+  if (dc != nullptr) ReleaseDC(window, dc);
+  return dotsPerInch > 0 ? dotsPerInch : USER_DEFAULT_SCREEN_DPI;
+}
+
+int ScaledPixels(HWND window, int pixelsAt96) {
+  return MulDiv(pixelsAt96, DotsPerInch(window), USER_DEFAULT_SCREEN_DPI);
 }

@@ -11,3 +11,9 @@
 // Right-to-left dialogs are mirrored by the window manager itself (WS_EX_LAYOUTRTL); the
 // positions here are in the dialog's own logical coordinates.
 int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds = {});
+
+// The program is aware of the system's display scale: it draws at the dots per inch the system
+// had when it started, and every size it gives in pixels is a size at 96 dots per inch grown in
+// that proportion (MulDiv(pixels, dpi, 96)).
+int DotsPerInch(HWND window);
+int ScaledPixels(HWND window, int pixelsAt96);

@@ -5,10 +5,10 @@
 
 namespace {
 
-// Space between a heading and the rule that continues it.
-constexpr int kRuleGap = 4;
-// Space between two controls that a layout puts next to or below each other.
-constexpr int kGap = 6;
+// Space between a heading and the rule that continues it, at 96 dots per inch.
+constexpr int kRuleGapAt96 = 4;
+// Space between two controls that a layout puts next to or below each other, at 96 dots per inch.
+constexpr int kGapAt96 = 6;
 
 bool SharesRows(const LayoutRect& a, const LayoutRect& b) {
   return a.top < b.bottom && b.top < a.bottom;
@@ -16,8 +16,11 @@ bool SharesRows(const LayoutRect& a, const LayoutRect& b) {
 
 class Planner {
  public:
-  Planner(const std::vector<LayoutControl>& controls, int clientWidth, int margin)
-      : controls_(controls), limit_(clientWidth - margin) {
+  Planner(const std::vector<LayoutControl>& controls, int clientWidth, int margin, int dotsPerInch)
+      : controls_(controls),
+        limit_(clientWidth - margin),
+        ruleGap_(ScaleFrom96(kRuleGapAt96, dotsPerInch)),
+        gap_(ScaleFrom96(kGapAt96, dotsPerInch)) {
     for (const LayoutControl& control : controls) rects_.push_back(control.rect);
   }
 
@@ -52,7 +55,7 @@ class Planner {
       if (controls_[other].kind == LayoutKind::kRule) {
         // A rule keeps its right end and starts after the text; it may vanish.
         if (beside.right > oldRight) {
-          beside.left = std::min(std::max(beside.left, rect.right + kRuleGap), beside.right);
+          beside.left = std::min(std::max(beside.left, rect.right + ruleGap_), beside.right);
         }
       } else if (beside.left >= oldRight) {
         // Fields and labels may end up narrower at the margin; a button whose text would no
@@ -91,11 +94,11 @@ class Planner {
         LayoutRect& text = rects_[heading];
         LayoutRect& line = rects_[rule];
         if (controls_[heading].kind != LayoutKind::kOneLine || !SharesRows(text, line) ||
-            text.left >= line.left || text.right + kRuleGap <= line.left) {
+            text.left >= line.left || text.right + ruleGap_ <= line.left) {
           continue;
         }
-        text.right = std::max(text.left + controls_[heading].neededWidth, line.left - kRuleGap);
-        line.left = std::min(std::max(line.left, text.right + kRuleGap), line.right);
+        text.right = std::max(text.left + controls_[heading].neededWidth, line.left - ruleGap_);
+        line.left = std::min(std::max(line.left, text.right + ruleGap_), line.right);
       }
     }
     for (size_t upper = 0; upper < rects_.size(); ++upper) {
@@ -158,7 +161,7 @@ class Planner {
               [&](size_t a, size_t b) { return rects_[a].right > rects_[b].right; });
     for (size_t other : leftNeighbours) {
       LayoutRect& beside = rects_[other];
-      int overlap = beside.right + kGap - edge;
+      int overlap = beside.right + gap_ - edge;
       if (overlap > 0) {
         beside.left -= overlap;
         beside.right -= overlap;
@@ -174,14 +177,14 @@ class Planner {
               [&](size_t a, size_t b) { return rects_[a].left < rects_[b].left; });
     int rowBottom = rects_[index].bottom;
     for (size_t other : overflow) rowBottom = std::max(rowBottom, rects_[other].bottom);
-    int top = rowBottom + kGap;
+    int top = rowBottom + gap_;
     int left = rects_[index].left;
     int newRowBottom = top;
     for (size_t other : overflow) {
       LayoutRect& moved = rects_[other];
       int width = moved.width();
       moved = LayoutRect{left, top, left + width, top + moved.height()};
-      left += width + kGap;
+      left += width + gap_;
       newRowBottom = std::max(newRowBottom, moved.bottom);
     }
     int by = newRowBottom - rowBottom;
@@ -196,6 +199,8 @@ class Planner {
 
   const std::vector<LayoutControl>& controls_;
   int limit_;
+  const int ruleGap_;
+  const int gap_;
   std::vector<LayoutRect> rects_;
 };
 
@@ -219,9 +224,15 @@ std::vector<int> ColumnWidths(const std::vector<LayoutControl>& controls) {
 
 }  // namespace
 
+int ScaleFrom96(int pixels, int dotsPerInch) {
+  const long long product = static_cast<long long>(pixels) * dotsPerInch;
+  const long long half = product < 0 ? -48 : 48;
+  return static_cast<int>((product + half) / 96);
+}
+
 LayoutPlan PlanLayout(const std::vector<LayoutControl>& controls, int clientWidth, int clientHeight,
-                      int margin) {
-  Planner planner(controls, clientWidth, margin);
+                      int margin, int dotsPerInch) {
+  Planner planner(controls, clientWidth, margin, dotsPerInch);
   planner.Settle();
   std::vector<int> widths = ColumnWidths(controls);
   // Top to bottom, so that a control moved down is fitted at its new place.

@@ -40,6 +40,10 @@ struct LayoutControl {
   bool bottomBlock = false;
 };
 
+// A size the design gives in pixels is a size at 96 dots per inch (100 %); on a screen with more
+// dots per inch it grows in proportion, rounded to the nearest pixel as MulDiv rounds.
+int ScaleFrom96(int pixels, int dotsPerInch);
+
 struct LayoutPlan {
   std::vector<LayoutRect> rects;  // in the order of the input
   int clientHeight = 0;           // at least the given one; more when the texts need it
@@ -50,6 +54,7 @@ struct LayoutPlan {
 // ends at the margin widens to the left), lets the rules beside a widened heading give way and
 // moves other controls beside it by the same amount, grows wrapping labels (and one-line texts
 // still too long at the margin) downwards and moves everything below them down by the same
-// amount, then keeps the bottom block below the last control.
+// amount, then keeps the bottom block below the last control. The gaps it leaves between
+// controls grow with the screen's dots per inch.
 LayoutPlan PlanLayout(const std::vector<LayoutControl>& controls, int clientWidth, int clientHeight,
-                      int margin);
+                      int margin, int dotsPerInch = 96);

@@ -3,8 +3,16 @@
 #include <commctrl.h>
 
 #include "dialogs/site_list_dialog.h"
+#include "layout/dialog_layout.h"
 #include "pages/camera_mic_logic.h"
 #include "pages/camera_mic_page_ids.h"
+
+namespace {
+
+// The explanation wraps at this width (pixels at 96 dots per inch).
+constexpr int kTooltipWidth = 400;
+
+}  // namespace
 
 CameraMicPage::CameraMicPage(const SMAppObjects& objects)
     : SettingsPage(IDD_CAMERA_MIC_PAGE, objects) {}
@@ -72,5 +80,5 @@ void CameraMicPage::ApplyAdministratorLock() {
   tool.rect = RECT{client.left, heading.top, client.right, button.bottom};
   tool.lpszText = text ? text->data() : const_cast<wchar_t*>(L"");
   SendMessageW(tooltip, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  SendMessageW(tooltip, TTM_SETMAXTIPWIDTH, 0, 400);
+  SendMessageW(tooltip, TTM_SETMAXTIPWIDTH, 0, ScaledPixels(window_, kTooltipWidth));
 }

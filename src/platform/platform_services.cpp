@@ -110,6 +110,10 @@ constexpr const char* kShellFoldersKey =
 
 }  // namespace
 
+bool IsUtf8Text(std::string_view text) {
+  return Utf16Units(text).has_value();
+}
+
 std::string NativeRelativePath(const char* backslashPath) {
   std::string path(backslashPath);
   for (char& c : path) {

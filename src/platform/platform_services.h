@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/system.h"
@@ -64,3 +65,6 @@ const std::string& AdminConfigFilePath(SMSystem& system);
 // A name relative to a base folder, with the platform's separator between the pieces
 // (written with backslashes, as the player writes them).
 std::string NativeRelativePath(const char* backslashPath);
+
+// True when the bytes are UTF-8 text, which every path must be before it can be used.
+bool IsUtf8Text(std::string_view text);

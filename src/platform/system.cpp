@@ -12,3 +12,11 @@ std::optional<uint32_t> QueryRegistryNumber(SMSystem& system, SMSystem::Registry
   }
   return number;
 }
+
+std::string SMSystem::FoldCase(const std::string& text) {
+  std::string folded = text;
+  for (char& c : folded) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return folded;
+}

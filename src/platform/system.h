@@ -67,6 +67,9 @@ class SMSystem {
   // The key by which the system's list views order a text in the user's locale: comparing two
   // keys byte by byte orders the texts as a sorted list view does. Elsewhere the text itself.
   virtual std::string DisplaySortKey(const std::string& text) { return text; }
+  // The text with upper and lower case made alike, as the system's list views match a typed
+  // text against their rows. Elsewhere only the ASCII letters are lowered.
+  virtual std::string FoldCase(const std::string& text);
 };
 
 // Reads a 32-bit registry number the way the player's probes do: a zeroed 4-byte buffer,

@@ -63,6 +63,13 @@ bool WriteSiteChoice(SMSettingsManager& settings, const std::string& site,
   return alwaysWritten && allowWritten;
 }
 
+bool ChangeSiteChoice(SMSettingsManager& settings, const std::string& site,
+                      SitePermission permission, SiteChoice choice) {
+  if (!WriteSiteChoice(settings, site, permission, choice)) return false;
+  if (permission != SitePermission::kStorage || choice != kChoiceBlock) return true;
+  return settings.RemoveSite(site, false);
+}
+
 std::vector<std::string> KnownSiteNames(SMSettingsManager& settings) {
   std::vector<std::string> names;
   if (const SettingArray* known = settings.GetKnownSites()) {

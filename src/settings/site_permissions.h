@@ -49,6 +49,12 @@ SiteChoice ReadSiteChoice(SMSettingsManager& settings, const std::string& site,
 [[nodiscard]] bool WriteSiteChoice(SMSettingsManager& settings, const std::string& site,
                                    SitePermission permission, SiteChoice choice);
 
+// Changes a known site's choice as the by-site lists do: Block for storage also deletes what
+// the site has stored at once, keeping its settings. True when the writes and the deletion
+// succeeded.
+bool ChangeSiteChoice(SMSettingsManager& settings, const std::string& site,
+                      SitePermission permission, SiteChoice choice);
+
 // The names of the known sites in list order, empty names included (some callers skip them).
 std::vector<std::string> KnownSiteNames(SMSettingsManager& settings);
 bool IsKnownSite(SMSettingsManager& settings, const std::string& site);

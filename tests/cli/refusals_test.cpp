@@ -156,3 +156,30 @@ TEST_F(Refusals, AFailedWriteNamesTheFileAndTheSystemsReason) {
   ASSERT_NE(result.err.find(named), std::string::npos) << result.err;
   EXPECT_EQ(result.err.find("gave no reason"), std::string::npos) << result.err;
 }
+
+TEST_F(Refusals, FoldersThatWouldCutADataPathAreRefusedByName) {
+  struct Row {
+    std::string option;
+    std::string folder;
+  };
+  std::vector<Row> rows;
+#ifndef _WIN32
+  // A Windows command line is UTF-16 text: bytes that are not UTF-8 cannot be given there.
+  rows.push_back({"--appdata", cli_.folder().Utf8("") + "\xFF"});
+  rows.push_back({"--local-appdata", "\xC3"});
+#endif
+  const auto before = Snapshot(cli_.folder().path());
+  for (const Row& row : rows) {
+    std::map<std::string, std::string> folders = {{"--appdata", cli_.folder().Utf8("Roaming")},
+                                                  {"--local-appdata", cli_.folder().Utf8("Local")},
+                                                  {"--system-dir", cli_.folder().Utf8("syswow64")}};
+    folders[row.option] = row.folder;
+    std::vector<std::string> arguments = {"set", "defaultklimit", "5"};
+    for (const auto& [option, folder] : folders)
+      arguments.insert(arguments.begin(), {option, folder});
+    ProcessResult result = cli_.RunBare(arguments);
+    EXPECT_EQ(result.exitCode, 2) << row.option;
+    EXPECT_NE(result.err.find(row.option), std::string::npos) << result.err;
+  }
+  EXPECT_EQ(Snapshot(cli_.folder().path()), before);
+}

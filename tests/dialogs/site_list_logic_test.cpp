@@ -6,7 +6,11 @@
 #include <cctype>
 
 #include "l10n/string_table.h"
+#ifdef _WIN32
+#include "platform/win32/win32_system.h"
+#endif
 #include "settings/settings_manager.h"
+#include "support/fake_system.h"
 #include "support/native_platform.h"
 #include "support/scripted_prompts.h"
 #include "support/test_profile.h"
@@ -221,4 +225,39 @@ TEST(SiteListModel, RemoveSkipsNoRowAndKeepsWhatCannotGo) {
     EXPECT_FALSE(fs::exists(profile.SiteFile(site))) << site;
   }
   EXPECT_EQ(KnownSiteNames(*profile.settings), (Texts{"c.com"}));
+}
+
+TEST(FindSiteRow, FindsAsAListViewsTypeAhead) {
+  // Under Windows the system's own case folding, as the list view's search uses it.
+#ifdef _WIN32
+  Win32System system;
+#else
+  FakeSystem system;
+#endif
+  const auto fold = [&](const std::string& text) { return system.FoldCase(text); };
+  const Texts names{"alpha.com", "Beta.org", "beta.net", "gamma.com"};
+  struct Row {
+    const char* text;
+    bool wholeName;
+    bool wrap;
+    size_t start;
+    std::optional<size_t> found;
+  };
+  const Row rows[] = {
+      {.text = "b", .wholeName = false, .wrap = true, .start = 0, .found = 1},
+      {.text = "BE", .wholeName = false, .wrap = true, .start = 2, .found = 2},
+      {.text = "a", .wholeName = false, .wrap = true, .start = 1, .found = 0},
+      {.text = "a", .wholeName = false, .wrap = false, .start = 1, .found = std::nullopt},
+      {.text = "alpha", .wholeName = false, .wrap = true, .start = 9, .found = 0},
+      {.text = "BETA.NET", .wholeName = true, .wrap = true, .start = 0, .found = 2},
+      {.text = "beta", .wholeName = true, .wrap = true, .start = 0, .found = std::nullopt},
+      {.text = "delta", .wholeName = false, .wrap = true, .start = 0, .found = std::nullopt},
+      {.text = "", .wholeName = false, .wrap = false, .start = 3, .found = 3},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(FindSiteRow(names, row.start, {row.text, row.wholeName, row.wrap}, fold), row.found)
+        << '"' << row.text << "\" whole " << row.wholeName << " wrap " << row.wrap << " from "
+        << row.start;
+  }
+  EXPECT_EQ(FindSiteRow({}, 0, {"a", false, true}, fold), std::nullopt);
 }

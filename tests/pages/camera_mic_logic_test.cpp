@@ -52,6 +52,7 @@ TEST(CameraMicLogic, BlockThenAskForcesEveryListedSite) {
     const bool block = chosen == kCameraMicBlock;
     EXPECT_EQ(ApplyCameraMicChoice(settings, chosen), chosen);
     EXPECT_EQ(profile.Stored<bool>(kMaster, "defaultalways"), block);
+    EXPECT_EQ(ReadCameraMicIndex(settings), block ? kCameraMicBlock : kCameraMicAsk);
     for (const std::string& site : listed) {
       std::vector<std::optional<bool>> stored;
       for (const char* name : {"always", "alwayssecure", "allow", "allowsecure"})

@@ -58,6 +58,8 @@ TEST(StorageLogic, EachChoiceStoresTheLimitEverywhere) {
       EXPECT_EQ(profile.Stored<double>("b.org", "klimit"), 10.0);
     } else {
       EXPECT_EQ(profile.Stored<double>(kMaster, "defaultklimit"), test.limit);
+      SMSettingsManager nextRun(*profile.platform);  // whose page shows a radio for the same limit
+      EXPECT_EQ(StorageLimitForIndex(ReadStorageIndex(nextRun)), test.limit);
       for (const std::string& site : kThreeSites) {
         EXPECT_EQ(profile.Stored<double>(site, "klimit"), test.limit) << site;
       }

@@ -84,7 +84,7 @@ bool WaitFor(const std::function<bool()>& condition) {
   const auto deadline = std::chrono::steady_clock::now() + ScaledTimeout(kWaitLimit);
   while (std::chrono::steady_clock::now() < deadline) {
     if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   return condition();
 }
@@ -94,7 +94,19 @@ std::function<bool(HWND)> WithCaption(const std::wstring& caption) {
 }
 
 void Click(HWND dialog, int controlId) {
-  PostMessageW(GetDlgItem(dialog, controlId), BM_CLICK, 0, 0);
+  HWND button = GetDlgItem(dialog, controlId);
+  const LONG type = GetWindowLongW(button, GWL_STYLE) & BS_TYPEMASK;
+  if (button == nullptr || !IsWindowEnabled(button)) {
+    // A disabled button takes no click.
+  } else if (type == BS_PUSHBUTTON || type == BS_DEFPUSHBUTTON) {
+    // What a real click ends in. A posted BM_CLICK plays a press and a release with the mouse
+    // captured in between, and Wine drawing the windows itself sometimes loses it.
+    PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(controlId, BN_CLICKED),
+                 reinterpret_cast<LPARAM>(button));
+  } else {
+    // Radio buttons and check boxes change their own state on a click.
+    PostMessageW(button, BM_CLICK, 0, 0);
+  }
   WaitForPostedMessages(dialog);
 }
 
@@ -222,6 +234,24 @@ std::wstring ListRowText(HWND list, int row, int column) {
                                                  reinterpret_cast<LPARAM>(block.at(0))));
   std::wstring text(std::min(length, kRowTextCapacity - 1), L'\0');
   block.Read(sizeof item, text.data(), text.size() * sizeof(wchar_t));
+  return text;
+}
+
+std::wstring ListColumnText(HWND list, int column) {
+  RemoteBlock block(list, sizeof(LVCOLUMNW) + kRowTextCapacity * sizeof(wchar_t));
+  if (!block.valid()) return L"";
+  LVCOLUMNW header{};
+  header.mask = LVCF_TEXT;
+  header.pszText = reinterpret_cast<wchar_t*>(block.at(sizeof header));
+  header.cchTextMax = static_cast<int>(kRowTextCapacity);
+  block.Write(0, &header, sizeof header);
+  if (SendMessageW(list, LVM_GETCOLUMNW, static_cast<WPARAM>(column),
+                   reinterpret_cast<LPARAM>(block.at(0))) == 0) {
+    return L"";
+  }
+  std::wstring text(kRowTextCapacity, L'\0');
+  block.Read(sizeof header, text.data(), text.size() * sizeof(wchar_t));
+  text.resize(wcsnlen(text.c_str(), text.size()));
   return text;
 }
 

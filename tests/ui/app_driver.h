@@ -70,6 +70,8 @@ bool IsChecked(HWND page, int controlId);
 int ListRowCount(HWND list);
 std::wstring ListRowText(HWND list, int row, int column = 0);
 std::vector<std::wstring> ListRows(HWND list, int column = 0);
+// The heading of a column.
+std::wstring ListColumnText(HWND list, int column);
 // Adds these rows to the selection.
 void SelectListRows(HWND list, const std::vector<int>& rows);
 // Starts editing a row's label, replaces the text and ends the edit with Enter, as a user

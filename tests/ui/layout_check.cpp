@@ -13,11 +13,24 @@
 namespace {
 
 // Room the button control keeps for itself: the frame of a push button, the box and the space
-// after it of a radio button or check box.
+// after it of a radio button or check box; pixels at 96 dots per inch.
 constexpr int kPushButtonFrame = 6;
 constexpr int kBoxAndGap = 16;
-// Space a list view keeps on both sides of a cell's text.
+// Space a list view keeps on both sides of a cell's text, and a header around its heading.
 constexpr int kCellPadding = 12;
+
+// The screen's dots per inch, which the program shares.
+int ScreenDpi() {
+  HDC screen = GetDC(nullptr);
+  const int dotsPerInch = GetDeviceCaps(screen, LOGPIXELSX);
+  ReleaseDC(nullptr, screen);
+  return dotsPerInch;
+}
+
+// A size in pixels at 96 dots per inch on this screen.
+int Scaled(int pixelsAt96) {
+  return MulDiv(pixelsAt96, ScreenDpi(), 96);
+}
 
 struct Control {
   HWND window;
@@ -55,12 +68,23 @@ std::string Size(int width, int height) {
 }
 
 // The font every dialog template of the program names: 8 points of the shell's dialog face.
-HFONT CreateDialogFont() {
-  HDC screen = GetDC(nullptr);
-  int height = -MulDiv(8, GetDeviceCaps(screen, LOGPIXELSY), 72);
-  ReleaseDC(nullptr, screen);
-  return CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0,
-                     PROOF_QUALITY, FF_DONTCARE, L"MS Shell Dlg");
+HFONT CreateDialogFont(int dotsPerInch) {
+  return CreateFontW(-MulDiv(8, dotsPerInch, 72), 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
+                     DEFAULT_CHARSET, 0, 0, PROOF_QUALITY, FF_DONTCARE, L"MS Shell Dlg");
+}
+
+// Headings keep the design's widths, and some translations are too long for them already at
+// 96 dots per inch; a heading that fits there must fit at every scale.
+bool HeadingFitsAt96(const std::wstring& text, int scaledWidth) {
+  HDC dc = GetDC(nullptr);
+  HFONT font = CreateDialogFont(96);
+  HGDIOBJ previous = SelectObject(dc, font);
+  SIZE extent{};
+  GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
+  SelectObject(dc, previous);
+  DeleteObject(font);
+  ReleaseDC(nullptr, dc);
+  return extent.cx + kCellPadding <= MulDiv(scaledWidth, 96, ScreenDpi());
 }
 
 // The room the text needs: wrapped at `width` (wider when one word alone is wider), or with its
@@ -86,7 +110,7 @@ bool TextRoom(const Control& control, int* width, int* height, bool* wraps) {
     LONG type = control.style & BS_TYPEMASK;
     if (type == BS_GROUPBOX || type == BS_OWNERDRAW) return false;
     bool push = type == BS_PUSHBUTTON || type == BS_DEFPUSHBUTTON;
-    *width = fullWidth - (push ? kPushButtonFrame : kBoxAndGap);
+    *width = fullWidth - Scaled(push ? kPushButtonFrame : kBoxAndGap);
     *wraps = (control.style & BS_MULTILINE) != 0;
     return true;
   }
@@ -112,17 +136,19 @@ void CheckText(HDC dc, const Control& control, std::vector<std::string>& problem
   }
 }
 
-// Rows are filled after the layout ran, in columns of fixed widths: every cell must fit.
+// Rows are filled after the layout ran, in columns of fixed widths: every cell must fit, and
+// every heading that fits at 96 dots per inch (the heading is row -1 in the report).
 void CheckListCells(HDC dc, const Control& list, std::vector<std::string>& problems) {
   auto header = reinterpret_cast<HWND>(SendMessageW(list.window, LVM_GETHEADER, 0, 0));
   int columns =
       header != nullptr ? static_cast<int>(SendMessageW(header, HDM_GETITEMCOUNT, 0, 0)) : 0;
-  for (int row = 0; row < ListRowCount(list.window); ++row) {
+  for (int row = -1; row < ListRowCount(list.window); ++row) {
     for (int column = 0; column < columns; ++column) {
-      std::wstring text = ListRowText(list.window, row, column);
+      std::wstring text =
+          row < 0 ? ListColumnText(list.window, column) : ListRowText(list.window, row, column);
       auto width = static_cast<int>(SendMessageW(list.window, LVM_GETCOLUMNWIDTH, column, 0));
-      const int needed = Needed(dc, text, 0, false).cx + kCellPadding;
-      if (needed > width) {
+      const int needed = Needed(dc, text, 0, false).cx + Scaled(kCellPadding);
+      if (needed > width && (row >= 0 || HeadingFitsAt96(text, width))) {
         problems.push_back(Describe(list) + " row " + std::to_string(row) + " column " +
                            std::to_string(column) + " \"" + ToUtf8(text).value_or("?") +
                            "\": the text needs " + std::to_string(needed) + ", the column gives " +
@@ -168,7 +194,7 @@ std::vector<std::string> LayoutProblems(HWND container) {
 
   std::vector<std::string> problems;
   HDC dc = GetDC(nullptr);
-  HFONT font = CreateDialogFont();
+  HFONT font = CreateDialogFont(ScreenDpi());
   HGDIOBJ previous = SelectObject(dc, font);
   for (size_t index = 0; index < controls.size(); ++index) {
     const Control& control = controls[index];

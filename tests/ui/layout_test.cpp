@@ -51,7 +51,15 @@ class LayoutTest : public ::testing::Test {
   void SetUp() override {
     const char* name = std::getenv("VP_LAYOUT_LANGUAGE");
     language_ = name != nullptr ? name : "en-US";
-    shots_ = WindowsPath(VP_LAYOUT_SHOTS_DIR L"/") + ToUtf16(language_).value_or(L"unknown");
+    const char* scale = std::getenv("VP_WINE_DPI");
+    dotsPerInch_ = scale != nullptr ? std::atoi(scale) : 96;
+    std::string folder = language_;
+    if (dotsPerInch_ != 96) {
+      const std::string scaleName = std::to_string(dotsPerInch_) + "dpi";
+      folder.append("-").append(scaleName);
+      language_.append(" at ").append(scaleName);
+    }
+    shots_ = WindowsPath(VP_LAYOUT_SHOTS_DIR L"/") + ToUtf16(folder).value_or(L"unknown");
     CreateDirectoryW(WindowsPath(VP_LAYOUT_SHOTS_DIR).c_str(), nullptr);
     CreateDirectoryW(shots_.c_str(), nullptr);
   }
@@ -104,6 +112,7 @@ class LayoutTest : public ::testing::Test {
   }
 
   std::string language_;
+  int dotsPerInch_ = 96;
   std::wstring shots_;
   UiProfile profile_;
   AppUnderTest app_;
@@ -115,6 +124,10 @@ TEST_F(LayoutTest, EveryPageAndDialogFitsItsTexts) {
   ASSERT_NE(column, nullptr) << "VP_LAYOUT_COLUMN names the column this locale must select";
   ASSERT_EQ(StringTableLanguageFor(GetUserDefaultUILanguage()), std::atoi(column))
       << "the locale did not select the language " << language_;
+  // Nor would a run at another scale than the one asked for.
+  HDC screen = GetDC(nullptr);
+  ASSERT_EQ(GetDeviceCaps(screen, LOGPIXELSX), dotsPerInch_) << "the prefix's display scale";
+  ReleaseDC(nullptr, screen);
 
   // Both plug-ins, so that the Updates page is there with both version lines; a few sites.
   profile_.AddPlayer(PlayerKind::Npapi, L"32.0.0.465");

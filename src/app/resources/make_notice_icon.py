@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Draws the notice icon (a blue disc with a white "i") as a 32x32 and a 16x16 icon file."""
+"""Draws the notice icon (a blue disc with a white "i") in every size a screen's scale asks for:
+16 and 32 pixels at 100 %, and 20, 24, 40, 48 and 64 for 125 %, 150 % and 200 %."""
 import struct
 import sys
 
@@ -38,7 +39,7 @@ def image(size):
 
 
 def main(path):
-    images = [(size, image(size)) for size in (32, 16)]
+    images = [(size, image(size)) for size in (64, 48, 40, 32, 24, 20, 16)]
     out = struct.pack("<HHH", 0, 1, len(images))
     offset = 6 + 16 * len(images)
     for size, data in images:

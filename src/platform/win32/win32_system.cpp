@@ -191,3 +191,17 @@ std::string Win32System::DisplaySortKey(const std::string& text) {
   // The key ends in a zero byte, which keeps a key that is a prefix of another one first.
   return key;
 }
+
+std::string Win32System::FoldCase(const std::string& text) {
+  // A list view finds a typed text with the locale's case-blind comparison; lowering both sides
+  // with the same locale matches as it does.
+  std::optional<std::wstring> wide = ToUtf16(text);
+  if (!wide || wide->empty()) return text;
+  const int length = static_cast<int>(wide->size());
+  std::wstring lowered(wide->size(), L'\0');
+  if (LCMapStringW(LOCALE_USER_DEFAULT, LCMAP_LOWERCASE, wide->c_str(), length, lowered.data(),
+                   length) != length) {
+    return text;
+  }
+  return ToUtf8(lowered).value_or(text);
+}

@@ -20,4 +20,5 @@ class Win32System : public SMSystem {
   std::string SystemWow64Directory() override;
   std::string SystemDirectory() override;
   std::string DisplaySortKey(const std::string& text) override;
+  std::string FoldCase(const std::string& text) override;
 };
