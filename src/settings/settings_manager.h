@@ -85,6 +85,9 @@ class SMSettingsManager {
   std::optional<std::string> SiteFolderIn(const std::string& baseFolder,
                                           const std::string& site) const;
   [[nodiscard]] bool StoreKnownSites(const SettingArray& sites);
+  // The master list of known sites itself, to change before writing the master file; nullptr
+  // when GetKnownSites has none.
+  SettingArray* KnownSitesInPlace();
 
   std::string dataRoot_;
   std::string storedDataFolder_;

@@ -157,7 +157,7 @@ TEST_F(Refusals, AFailedWriteNamesTheFileAndTheSystemsReason) {
   EXPECT_EQ(result.err.find("gave no reason"), std::string::npos) << result.err;
 }
 
-TEST_F(Refusals, FoldersThatWouldCutADataPathAreRefusedByName) {
+TEST_F(Refusals, FoldersThatAreNotUtf8AreRefusedByName) {
   struct Row {
     std::string option;
     std::string folder;

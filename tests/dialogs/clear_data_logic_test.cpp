@@ -10,12 +10,6 @@
 
 namespace fs = std::filesystem;
 
-namespace {
-
-const std::string kMaster = SMSettingsManager::MasterDomain();
-
-}  // namespace
-
 TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
   enum Lock { kNoLock, kLockSiteData, kLockAssetCache };
   enum Part { kSettings, kSiteData, kAssetCache, kLicences };

@@ -19,8 +19,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string kMaster = SMSettingsManager::MasterDomain();
-
 // Case-blind and blind to '-', so that the tests see the model order by the key and not by
 // the bytes, and meet names whose keys are equal.
 std::string LowerKey(const std::string& name) {

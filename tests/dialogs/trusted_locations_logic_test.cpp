@@ -8,12 +8,6 @@
 
 namespace fs = std::filesystem;
 
-namespace {
-
-const std::string kMaster = SMSettingsManager::MasterDomain();
-
-}  // namespace
-
 TEST(TrustedLocations, AddRenameRemoveKeepOrderAndUniqueNames) {
   SitesProfile profile;
   SMSettingsManager settings(*profile.platform);

@@ -13,8 +13,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string kMaster = SMSettingsManager::MasterDomain();
-
 // The administrator's lock reads its value as the player reads booleans (whose table is with
 // the reader of booleans): one true, one false.
 TEST(CameraMicLogic, AdministratorLock) {

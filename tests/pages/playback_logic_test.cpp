@@ -20,8 +20,7 @@ TEST(PlaybackLogic, FailedMasterWriteKeepsThePreviousChoice) {
 TEST(PlaybackLogic, AValueOfAnotherTypeShowsAskWithTheBySiteButton) {
   SitesProfile profile;
   SMSettingsManager settings(*profile.platform);
-  ASSERT_TRUE(settings.SetValue(SMSettingsManager::MasterDomain(),
-                                SettingValue::String("disallowP2PUplink", "true")));
+  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::String("disallowP2PUplink", "true")));
   const PlaybackView view = ReadPlaybackView(settings);
   EXPECT_EQ(view.index, kPlaybackAsk);
   EXPECT_TRUE(view.bySiteEnabled);

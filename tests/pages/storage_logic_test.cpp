@@ -14,7 +14,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string kMaster = SMSettingsManager::MasterDomain();
 const std::vector<std::string> kThreeSites = {"a.com", "b.org", "c.net"};
 
 fs::path StoredSiteData(const TestProfile& profile) {

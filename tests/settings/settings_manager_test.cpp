@@ -14,8 +14,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string kMaster = SMSettingsManager::MasterDomain();
-
 // The master file of a first run: the ten global defaults and an empty "domains", in the
 // player's table order (buckets 1, 1, 3, 4, 4, 6, 8, 10, 11, 11, 15; the later-added name of a
 // bucket first).

@@ -18,8 +18,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string kMaster = SMSettingsManager::MasterDomain();
-
 std::string SiteFileWith(const std::string& site, bool always, double klimit) {
   return Stream(Body(site + "/settings",
                      BooleanPair("p2pallow", false) + BooleanPair("always", always) +

@@ -14,6 +14,9 @@
 #include "support/native_platform.h"
 #include "support/temp_folder.h"
 
+// The domain of the global settings, in the master file.
+inline const std::string kMaster = SMSettingsManager::MasterDomain();
+
 // Points the scripted system's folders (roaming and local application data, the 32-bit and the
 // native system folder) below one temporary folder.
 inline void UseFoldersIn(FakeSystem& system, const TempFolder& folder) {

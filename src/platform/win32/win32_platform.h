@@ -11,6 +11,7 @@ class Win32PlatformServices : public SMPlatformServices {
   bool RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
                        uint64_t maxAgeSeconds) override;
   uint64_t TreeSize(const std::string& path) override;
+  uint64_t FileSize(const std::string& path) override;
   bool CreateFolder(const std::string& parent, const std::string& name) override;
   std::optional<std::vector<std::string>> ListEntries(const std::string& folder) override;
 };
