@@ -17,6 +17,7 @@
 #include "dialogs/site_list_logic.h"
 #include "l10n/string_table.h"
 #include "platform/file_io.h"
+#include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
 
 #ifdef _WIN32
@@ -103,8 +104,10 @@ Seeded Seed(SMPlatformServices& platform, size_t siteCount) {
                                site + separator + "settings.sol");
     seeded.dataFolders.push_back(Utf8(data));
   }
-  settings.SetValue(SMSettingsManager::MasterDomain(),
-                    SettingValue::Array("domains", std::move(domains)));
+  if (!settings.SetValue(SMSettingsManager::MasterDomain(),
+                         SettingValue::Array(kKnownSites.name, std::move(domains)))) {
+    std::fprintf(stderr, "cannot write the master file\n");
+  }
   return seeded;
 }
 

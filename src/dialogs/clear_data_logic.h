@@ -29,7 +29,7 @@ ClearDataRequest RequestFromCheckStates(int siteDataState, int licenceState);
 
 // What happened; each failed group gets its own message.
 struct ClearDataOutcome {
-  bool nothingRecorded = false;  // no "domains" setting: nothing at all was touched
+  bool nothingRecorded = false;  // no list of known sites: nothing at all was touched
   bool siteDataFailed = false;
   bool licenceFilesFailed = false;
 };

@@ -214,7 +214,7 @@ std::vector<SiteChoice> SiteListModel::CommonChoices(const std::vector<size_t>& 
 }
 
 bool SiteListModel::IsEditable(const std::string& site) const {
-  // A "domains" element that names the master settings would otherwise reach the master file
+  // A known-sites element that names the master settings would otherwise reach the master file
   // and, on removal, the whole settings folder.
   return site != SMSettingsManager::MasterDomain();
 }
@@ -230,7 +230,9 @@ void SiteListModel::ApplyChoice(size_t comboIndex, SiteChoice choice,
     ChoiceOf(row, comboIndex);
     if (!WriteSiteChoice(settings_, row.name, permission, choice)) continue;
     const bool dataRemoved = permission == SitePermission::kStorage && choice == kChoiceBlock;
-    if (dataRemoved) settings_.RemoveSite(row.name, false);
+    // Ignored on purpose: the size column is measured again below, so what could not be deleted
+    // still shows there, and these dialogs report nothing else to the user.
+    if (dataRemoved) (void)settings_.RemoveSite(row.name, false);
     // Another program may have listed the site twice: every row of it shows the one file.
     ForEachRowNamed(rowIndex, [&](Row& named) {
       named.choices[comboIndex] = choice;
@@ -260,8 +262,10 @@ SiteListModel::AddOutcome SiteListModel::AddFromUser(SMUserPrompts& prompts) {
 std::optional<size_t> SiteListModel::AddSite(const std::string& site, SiteChoice choice) {
   if (site.empty() || !IsEditable(site)) return std::nullopt;
   if (settings_.AddSite(site)) {
+    // Ignored on purpose: the row is read back from the store below, so a choice that could
+    // not be written shows as the site's defaults rather than as what was asked for.
     for (const SiteListCombo& combo : design_.combos) {
-      WriteSiteChoice(settings_, site, combo.permission, choice);
+      (void)WriteSiteChoice(settings_, site, combo.permission, choice);
     }
   }
   // The list then shows what a fresh fill would, whatever the writes did: a master file that
@@ -284,7 +288,7 @@ std::vector<size_t> SiteListModel::RemoveRows(std::vector<size_t> selectedRows) 
   for (size_t rowIndex : selectedRows) {
     if (rowIndex >= rows_.size()) continue;
     const std::string& site = rows_[rowIndex].name;
-    // Only sites that "domains" still lists are removed; a row that stays is stepped over.
+    // Only sites still listed as known are removed; a row that stays is stepped over.
     if (IsEditable(site) && IsKnownSite(settings_, site) && settings_.RemoveSite(site, true)) {
       removed[rowIndex] = true;
     }

@@ -78,7 +78,7 @@ class SiteListModel {
 
   const SiteListDesign& design() const { return design_; }
 
-  // Reads "domains" again; every kept text is forgotten.
+  // Reads the known sites again; every kept text is forgotten.
   void Fill();
   size_t RowCount() const { return rows_.size(); }
   const std::string& SiteAt(size_t row) const { return rows_[row].name; }
@@ -100,7 +100,7 @@ class SiteListModel {
   AddOutcome AddFromUser(SMUserPrompts& prompts);
   std::optional<size_t> AddSite(const std::string& site, SiteChoice choice);
   // Removes the selected rows' sites with their settings and data. Rows whose site is not
-  // listed in "domains" or could not be removed stay; their new positions are returned (they
+  // listed as known sites or could not be removed stay; their new positions are returned (they
   // remain selected).
   std::vector<size_t> RemoveRows(std::vector<size_t> selectedRows);
 
@@ -108,7 +108,7 @@ class SiteListModel {
   struct Row {
     std::string name;
     std::string sortKey;
-    size_t listIndex;  // position in "domains": equal keys keep the newest first
+    size_t listIndex;  // position in the known sites: equal keys keep the newest first
     std::vector<std::optional<SiteChoice>> choices;  // per combo, once read
     std::optional<uint64_t> storedBytes;             // once measured
   };
