@@ -61,8 +61,8 @@ class ProfileSystem : public SMSystem {
 
 class ConfirmingPrompts : public SMUserPrompts {
  public:
-  bool ConfirmBox(uint32_t, uint32_t, uint32_t) override { return true; }
-  void ErrorBox(uint32_t, uint32_t) override {}
+  bool ConfirmBox(TextId, TextId, TextId) override { return true; }
+  void ErrorBox(TextId, TextId) override {}
 };
 
 inline std::unique_ptr<SMPlatformServices> MakePlatform(SMSystem& system) {

@@ -63,8 +63,12 @@ int main(int argc, char** argv) {
       figures["load store"].push_back(
           SecondsOf([&] { settings = std::make_unique<SMSettingsManager>(*platform); }));
       // Block, step by step as the Storage page takes it.
-      figures["block: confirmation"].push_back(
-          SecondsOf([&] { allStored = prompts.ConfirmBox(21102, 21103, 21100) && allStored; }));
+      figures["block: confirmation"].push_back(SecondsOf([&] {
+        allStored =
+            prompts.ConfirmBox(TextId::kStorageBlockAllText, TextId::kStorageBlockAllDeletesData,
+                               TextId::kStorageBlockAllCaption) &&
+            allStored;
+      }));
       figures["block: master write"].push_back(SecondsOf([&] {
         allStored = settings->SetValue(SMSettingsManager::MasterDomain(),
                                        SettingValue::Number("defaultklimit", -1)) &&

@@ -125,9 +125,11 @@ bool SMSettingsManager::RemoveAllSites(bool includeSettings) {
   if (includeSettings) {
     settingsRemoved = platform_.DeleteTree(settingsFolder_);
     platform_.CreateFolder(settingsFolder_, ".");
-    // The global settings stay in memory and go back to disk with an empty list of sites.
-    StoreKnownSites(SettingArray());
-    WriteSettingsFile(MasterDomain());
+    // The global settings stay in memory and go back to disk with an empty list of sites. What
+    // this reports is whether the settings were deleted; a master file that cannot be written
+    // again keeps the values in memory for the next change.
+    (void)StoreKnownSites(SettingArray());
+    (void)WriteSettingsFile(MasterDomain());
   }
   bool dataRemoved = true;
   const std::string sharedObjects = dataRoot_ + separator + "#SharedObjects";

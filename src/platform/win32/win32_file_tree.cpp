@@ -212,7 +212,7 @@ void SetFileTreeNowForTesting(std::optional<uint64_t> fixedNow) {
   FixedNow() = fixedNow;
 }
 
-bool Win32PlatformServices::DeleteWithoutFollowingLinks(const std::string& path) {
+bool SMNativePlatformServices::DeleteWithoutFollowingLinks(const std::string& path) {
   std::optional<std::wstring> widePath = ToUtf16(path);
   // The shell expands wildcards into names nobody has checked for links.
   if (!widePath || widePath->empty() || HasWildcard(*widePath)) return false;
@@ -237,15 +237,15 @@ bool Win32PlatformServices::DeleteWithoutFollowingLinks(const std::string& path)
   return false;
 }
 
-bool Win32PlatformServices::IsLink(const std::string& path) {
+bool SMNativePlatformServices::IsLink(const std::string& path) {
   std::optional<std::wstring> widePath = ToUtf16(path);
   if (!widePath) return false;
   DWORD attributes = GetFileAttributesW(widePath->c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && IsReparsePoint(attributes);
 }
 
-bool Win32PlatformServices::RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
-                                            uint64_t maxAgeSeconds) {
+bool SMNativePlatformServices::RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
+                                               uint64_t maxAgeSeconds) {
   std::optional<std::wstring> widePath = ToUtf16(path);
   if (!widePath) return false;
   WalkResult walk = WalkByAge(*widePath, minAgeSeconds, maxAgeSeconds);
@@ -253,12 +253,12 @@ bool Win32PlatformServices::RemoveTreeByAge(const std::string& path, uint64_t mi
   return walk.succeeded;
 }
 
-uint64_t Win32PlatformServices::TreeSize(const std::string& path) {
+uint64_t SMNativePlatformServices::TreeSize(const std::string& path) {
   std::optional<std::wstring> widePath = ToUtf16(path);
   return widePath ? SizeOf(*widePath) : 0;
 }
 
-bool Win32PlatformServices::CreateFolder(const std::string& parent, const std::string& name) {
+bool SMNativePlatformServices::CreateFolder(const std::string& parent, const std::string& name) {
   if (IsCutDataPath(parent)) return false;
   std::optional<std::wstring> wideParent = ToUtf16(parent);
   std::optional<std::wstring> wideName = ToUtf16(name);
@@ -270,7 +270,7 @@ bool Win32PlatformServices::CreateFolder(const std::string& parent, const std::s
   return CreateDirectoryW(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS;
 }
 
-std::optional<std::vector<std::string>> Win32PlatformServices::ListEntries(
+std::optional<std::vector<std::string>> SMNativePlatformServices::ListEntries(
     const std::string& folder) {
   std::optional<std::wstring> wideFolder = ToUtf16(folder);
   if (!wideFolder) return std::nullopt;
