@@ -21,9 +21,20 @@ class LockingPlatform : public NativePlatform {
  public:
   using NativePlatform::NativePlatform;
   bool DeleteTree(const std::string& path) override {
-    if (!locked.empty() && locked.compare(0, path.size(), path) == 0) return false;
-    return NativePlatform::DeleteTree(path);
+    return !Holds(path) && NativePlatform::DeleteTree(path);
   }
 
+ protected:
+  // Also what a settings write goes through before it writes a file anew.
+  bool DeleteWithoutFollowingLinks(const std::string& path) override {
+    return !Holds(path) && NativePlatform::DeleteWithoutFollowingLinks(path);
+  }
+
+ public:
   std::string locked;
+
+ private:
+  bool Holds(const std::string& path) const {
+    return !locked.empty() && locked.compare(0, path.size(), path) == 0;
+  }
 };
