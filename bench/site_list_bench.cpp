@@ -17,6 +17,7 @@
 #include "dialogs/site_list_logic.h"
 #include "l10n/string_table.h"
 #include "platform/file_io.h"
+#include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
 
 #ifdef _WIN32
@@ -103,8 +104,10 @@ Seeded Seed(SMPlatformServices& platform, size_t siteCount) {
                                site + separator + "settings.sol");
     seeded.dataFolders.push_back(Utf8(data));
   }
-  settings.SetValue(SMSettingsManager::MasterDomain(),
-                    SettingValue::Array("domains", std::move(domains)));
+  if (!settings.SetValue(SMSettingsManager::MasterDomain(),
+                         SettingValue::Array(kKnownSites.name, std::move(domains)))) {
+    std::fprintf(stderr, "cannot write the master file\n");
+  }
   return seeded;
 }
 
@@ -156,7 +159,7 @@ double OpenDialogUntilIdleMs(SMSystem& system, SMSettingsManager& settings,
   }
   HWND owner = CreateWindowExW(0, kOwnerClass, L"", WS_OVERLAPPEDWINDOW, 0, 0, 200, 100, nullptr,
                                nullptr, GetModuleHandleW(nullptr), nullptr);
-  StorageBySiteDialog dialog(system, strings, settings, false);
+  StorageBySiteDialog dialog(system, strings, settings);
   Clock::time_point start = Clock::now();
   dialog.RunModal(DesignOf(SiteListKind::kStorage).templateId, owner);
   DestroyWindow(owner);

@@ -1,11 +1,16 @@
 // Launch to painted sheet: the settings manager against a property sheet with one empty page,
 // alternately, in the same run and the same Wine prefix.
 //
-//   start_bench.exe PROGRAM.exe EMPTY_SHEET.exe [RUNS]     (default 11 runs of each)
+//   start_bench.exe PROGRAM.exe EMPTY_SHEET.exe [RUNS [DATA_ROOT PROFILE...]]
+//                                                  (default 11 runs of each)
 //
 // A sheet counts as painted when its window and its current page are visible and neither has
 // anything left to paint. Each program is then closed as the user would close it, and the next
 // launch starts once it has ended. Prints the medians in milliseconds and their ratio.
+//
+// Given the player's data root (which must not exist) and profiles (data-root folders seeded
+// elsewhere, for example by start_phases_bench), the program is launched once on each profile
+// in every run: the profile is renamed into place for the launch and back afterwards.
 
 // clang-format off
 #include <windows.h>
@@ -15,6 +20,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -88,37 +94,84 @@ double Median(std::vector<double> values) {
   return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
 }
 
+// Renames a seeded profile into the data root for one launch and back when it ends.
+class ProfileInPlace {
+ public:
+  ProfileInPlace(const wchar_t* profile, const wchar_t* dataRoot)
+      : profile_(profile), dataRoot_(dataRoot) {
+    moved_ = MoveFileW(profile_, dataRoot_) != 0;
+  }
+  ~ProfileInPlace() {
+    if (moved_) MoveFileW(dataRoot_, profile_);
+  }
+  bool moved() const { return moved_; }
+
+ private:
+  const wchar_t* profile_;
+  const wchar_t* dataRoot_;
+  bool moved_;
+};
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  if (argc < 3) {
-    std::fprintf(stderr, "usage: start_bench PROGRAM.exe EMPTY_SHEET.exe [RUNS]\n");
+  if (argc < 3 || argc == 5) {
+    std::fprintf(stderr,
+                 "usage: start_bench PROGRAM.exe EMPTY_SHEET.exe [RUNS [DATA_ROOT PROFILE...]]\n");
     return 2;
   }
   const int runs = argc > 3 ? _wtoi(argv[3]) : 11;
-  std::vector<double> program;
-  std::vector<double> empty;
-  std::vector<double> ratios;  // of each pair of launches, which share the machine's load
+  const wchar_t* dataRoot = argc > 5 ? argv[4] : nullptr;
+  // Without profiles the program starts on whatever the prefix holds.
+  std::vector<const wchar_t*> profiles;
+  for (int arg = 5; arg < argc; ++arg) profiles.push_back(argv[arg]);
+  if (profiles.empty()) profiles.push_back(nullptr);
+
   // One launch of each first, not counted: the files they read come into the cache.
-  LaunchToPaint(argv[1]);
   LaunchToPaint(argv[2]);
-  for (int run = 0; run < runs; ++run) {
-    const double programTime = LaunchToPaint(argv[1]);
-    const double emptyTime = LaunchToPaint(argv[2]);
-    if (programTime < 0 || emptyTime < 0) {
-      std::fprintf(stderr, "start_bench: a program did not show its sheet\n");
-      return 1;
-    }
-    program.push_back(programTime);
-    empty.push_back(emptyTime);
-    ratios.push_back(programTime / emptyTime);
+  for (const wchar_t* profile : profiles) {
+    std::optional<ProfileInPlace> inPlace;
+    if (profile != nullptr) inPlace.emplace(profile, dataRoot);
+    LaunchToPaint(argv[1]);
   }
-  const double programMedian = Median(program);
+  std::vector<double> empty;
+  std::vector<std::vector<double>> program(profiles.size());
+  std::vector<std::vector<double>> ratios(profiles.size());  // each launch against the empty
+  // sheet's launch of the same run, which shares the machine's load
+  for (int run = 0; run < runs; ++run) {
+    const double emptyTime = LaunchToPaint(argv[2]);
+    empty.push_back(emptyTime);
+    for (size_t index = 0; index < profiles.size(); ++index) {
+      std::optional<ProfileInPlace> inPlace;
+      if (profiles[index] != nullptr) {
+        inPlace.emplace(profiles[index], dataRoot);
+        if (!inPlace->moved()) {
+          std::fprintf(stderr, "start_bench: cannot move profile %ls into place\n",
+                       profiles[index]);
+          return 1;
+        }
+      }
+      const double programTime = LaunchToPaint(argv[1]);
+      if (programTime < 0 || emptyTime < 0) {
+        std::fprintf(stderr, "start_bench: a program did not show its sheet\n");
+        return 1;
+      }
+      program[index].push_back(programTime);
+      ratios[index].push_back(programTime / emptyTime);
+    }
+  }
   const double emptyMedian = Median(empty);
   std::printf("launch to painted sheet, median of %d runs (ms)\n", runs);
-  std::printf("  settings manager   %8.1f\n", programMedian);
   std::printf("  empty sheet        %8.1f\n", emptyMedian);
-  std::printf("  ratio of medians   %8.2fx\n", programMedian / emptyMedian);
-  std::printf("  median of ratios   %8.2fx\n", Median(ratios));
+  for (size_t index = 0; index < profiles.size(); ++index) {
+    const double programMedian = Median(program[index]);
+    if (profiles[index] != nullptr) std::printf("profile %ls\n", profiles[index]);
+    std::printf("  settings manager   %8.1f\n", programMedian);
+    std::printf("  ratio of medians   %8.2fx\n", programMedian / emptyMedian);
+    std::printf("  median of ratios   %8.2fx\n", Median(ratios[index]));
+    if (index > 0) {
+      std::printf("  more than the first profile %8.1f\n", programMedian - Median(program[0]));
+    }
+  }
   return 0;
 }

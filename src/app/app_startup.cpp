@@ -55,7 +55,7 @@ void BuildPages(SMSystem& system, CentralObjects& central, SMSheetFrame& frame,
                        *central.adminConfig,
                        *central.privateData,
                        *central.platform};
-  frame.CreateSheet(CopyOrEmpty(central.strings->GetString(kSheetCaptionId)),
+  frame.CreateSheet(CopyOrEmpty(central.strings->GetString(TextId::kSheetCaption)),
                     IsRightToLeftLanguage(system.UserDefaultUILanguage()));
   for (SMPageKind kind : kConstructionOrder) {
     // Asked again for every page, as the sheet does for itself.
@@ -75,20 +75,20 @@ void BuildPages(SMSystem& system, CentralObjects& central, SMSheetFrame& frame,
 
 }  // namespace
 
-uint32_t PageTitleId(SMPageKind kind) {
+TextId PageTitleId(SMPageKind kind) {
   switch (kind) {
-    case SMPageKind::kStorage:
-      return 21000;
     case SMPageKind::kCameraMic:
-      return 31000;
+      return TextId::kCameraMicTitle;
     case SMPageKind::kPlayback:
-      return 41000;
+      return TextId::kPlaybackTitle;
     case SMPageKind::kUpdates:
-      return 101200;
+      return TextId::kUpdatesTitle;
     case SMPageKind::kAdvanced:
-      return 51000;
+      return TextId::kAdvancedTitle;
+    case SMPageKind::kStorage:
+      break;
   }
-  return 0;
+  return TextId::kStorageTitle;
 }
 
 std::unique_ptr<SMSettingsManager> SMAppFactory::CreateSettings(SMPlatformServices& platform) {

@@ -15,9 +15,8 @@
 enum class SMPageKind : int { kStorage = 0, kCameraMic, kPlayback, kUpdates, kAdvanced };
 inline constexpr int kPageKindCount = 5;
 
-// Caption and tab titles.
-inline constexpr uint32_t kSheetCaptionId = 12000;
-uint32_t PageTitleId(SMPageKind kind);
+// The tab title of a page.
+TextId PageTitleId(SMPageKind kind);
 
 // What every page receives: non-owning references to the central objects.
 struct SMAppObjects {

@@ -5,12 +5,11 @@
 #include <utility>
 #include <vector>
 
+#include "app/creation_slot.h"
 #include "app/page_text.h"
 #include "platform/win32/utf16.h"
 
 namespace {
-
-thread_local SMDialogObject* objectBeingCreated = nullptr;
 
 constexpr LONG kRightToLeftStyles = WS_EX_LAYOUTRTL | WS_EX_RTLREADING;
 
@@ -83,15 +82,10 @@ DLGPROC SMDialogObject::GetDialogProc() {
 
 void SMDialogObject::OnFinalMessage(HWND) {}
 
-void SMDialogObject::SetObjectBeingCreated(SMDialogObject* object) {
-  objectBeingCreated = object;
-}
-
 INT_PTR CALLBACK SMDialogObject::StartDialogProc(HWND window, UINT message, WPARAM wParam,
                                                  LPARAM lParam) {
-  SMDialogObject* object = objectBeingCreated;
+  SMDialogObject* object = SMCreationSlot<SMDialogObject>::Take();
   if (object == nullptr) return FALSE;
-  objectBeingCreated = nullptr;
   object->window_ = window;
   SetWindowLongPtrW(window, DWLP_USER, reinterpret_cast<LONG_PTR>(object));
   SetWindowLongPtrW(window, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(object->GetDialogProc()));
@@ -127,79 +121,43 @@ INT_PTR SMDialogObject::RunModal(int templateId, HWND owner) {
   ULONG_PTR cookie = 0;
   HANDLE context = VisualStylesContext();
   if (context == INVALID_HANDLE_VALUE || !ActivateActCtx(context, &cookie)) return -1;
-  SetObjectBeingCreated(this);
+  SMCreationSlot<SMDialogObject>::Put(this);
   INT_PTR endCode = DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(templateId), owner,
                                     &StartDialogProc, 0);
-  SetObjectBeingCreated(nullptr);
+  SMCreationSlot<SMDialogObject>::Put(nullptr);
   DWORD lastError = endCode == -1 ? GetLastError() : 0;
   DeactivateActCtx(0, cookie);
   if (endCode == -1) SetLastError(lastError);
   return endCode;
 }
 
-std::optional<std::wstring> SMDialogObject::GetText(uint32_t id) {
-  const char* text = strings_.GetString(id);
+std::optional<std::wstring> WideText(SMStringTable& strings, TextId id) {
+  const char* text = strings.GetString(id);
   if (text == nullptr) return std::nullopt;
   return ToUtf16(text);
 }
 
-void SMDialogObject::SetControlText(int controlId, uint32_t textId) {
+std::optional<std::wstring> SMDialogObject::GetText(TextId id) {
+  return WideText(strings_, id);
+}
+
+void SMDialogObject::SetControlText(int controlId, TextId textId) {
   std::optional<std::wstring> text = GetText(textId);
   SetWindowTextW(GetDlgItem(window_, controlId), text ? text->c_str() : L"");
 }
 
-void SMDialogObject::SetControlLink(int controlId, uint32_t textId) {
+void SMDialogObject::SetControlLink(int controlId, TextId textId) {
   std::optional<std::wstring> text = GetText(textId);
   WrapLink(text);
   SetWindowTextW(GetDlgItem(window_, controlId), text ? text->c_str() : L"");
 }
 
-void SMDialogObject::OpenHelpLink(uint32_t urlId) {
+void SMDialogObject::SetCaption(TextId textId) {
+  std::optional<std::wstring> text = GetText(textId);
+  SetWindowTextW(window_, text ? text->c_str() : L"");
+}
+
+void SMDialogObject::OpenHelpLink(TextId urlId) {
   // A missing address still makes the call; the shell then opens nothing.
   system_.OpenUrl(window_, strings_.GetString(urlId));
-}
-
-bool SMDialogObject::ConfirmBox(uint32_t textId1, uint32_t textId2, uint32_t captionId) {
-  std::optional<std::wstring> text = GetText(textId1);
-  AppendParagraph(text, GetText(textId2));
-  std::optional<std::wstring> caption = GetText(captionId);
-  int answer = MessageBoxW(GetActiveWindow(), text ? text->c_str() : nullptr,
-                           caption ? caption->c_str() : nullptr,
-                           ConfirmBoxFlags(IsRightToLeftUser(system_)));
-  return answer == IDOK;
-}
-
-void SMDialogObject::ErrorBox(uint32_t textId, uint32_t captionId) {
-  std::optional<std::wstring> text = GetText(textId);
-  std::optional<std::wstring> caption = GetText(captionId);
-  MessageBoxW(window_, text ? text->c_str() : nullptr, caption ? caption->c_str() : nullptr,
-              kErrorBoxFlags);
-}
-
-namespace {
-
-template <typename Visit>
-void ForEachRadio(HWND first, Visit visit) {
-  int number = 0;
-  for (HWND control = first; control != nullptr; control = GetWindow(control, GW_HWNDNEXT)) {
-    if (control != first && (GetWindowLongW(control, GWL_STYLE) & WS_GROUP) != 0) break;
-    if ((SendMessageW(control, WM_GETDLGCODE, 0, 0) & DLGC_RADIOBUTTON) == 0) continue;
-    visit(control, number++);
-  }
-}
-
-}  // namespace
-
-int SMDialogObject::ReadRadioGroup(int firstId) {
-  int index = -1;
-  ForEachRadio(GetDlgItem(window_, firstId), [&](HWND radio, int number) {
-    if (SendMessageW(radio, BM_GETCHECK, 0, 0) != 0) index = number;
-  });
-  return index;
-}
-
-void SMDialogObject::WriteRadioGroup(int firstId, int index) {
-  ForEachRadio(GetDlgItem(window_, firstId), [&](HWND radio, int number) {
-    SendMessageW(radio, BM_SETCHECK, number == index ? BST_CHECKED : BST_UNCHECKED, 0);
-  });
 }

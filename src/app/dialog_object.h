@@ -6,13 +6,16 @@
 #include <optional>
 #include <string>
 
-#include "app/user_prompts.h"
 #include "l10n/string_table.h"
 #include "platform/system.h"
 
+// The text of id in the table's language, in the window system's wide characters; nullopt
+// when the id has no text or it cannot be converted.
+std::optional<std::wstring> WideText(SMStringTable& strings, TextId id);
+
 // Base of every page and modal dialog: one dialog procedure for all of them, which finds the
 // object in the window's DWLP_USER slot and hands it each message.
-class SMDialogObject : public SMUserPrompts {
+class SMDialogObject {
  public:
   SMDialogObject(SMSystem& system, SMStringTable& strings) : system_(system), strings_(strings) {}
   SMDialogObject(const SMDialogObject&) = delete;
@@ -21,7 +24,7 @@ class SMDialogObject : public SMUserPrompts {
   // The object's message map. Runs only for map 0; `handled` is kept across the call.
   bool ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                             LRESULT& result, DWORD mapId);
-  ~SMDialogObject() override = default;
+  virtual ~SMDialogObject() = default;
   virtual DLGPROC GetDialogProc();
   virtual void OnFinalMessage(HWND window);
 
@@ -32,21 +35,15 @@ class SMDialogObject : public SMUserPrompts {
   HWND window() const { return window_; }
 
   // The text of id in the user's language, or nullopt.
-  std::optional<std::wstring> GetText(uint32_t id);
-  // A missing text leaves the control with an empty caption.
-  void SetControlText(int controlId, uint32_t textId);
-  void SetControlLink(int controlId, uint32_t textId);
-  void OpenHelpLink(uint32_t urlId);
+  std::optional<std::wstring> GetText(TextId id);
+  // A missing text leaves the control (or the window's title) with an empty caption.
+  void SetControlText(int controlId, TextId text);
+  void SetControlLink(int controlId, TextId text);
+  void SetCaption(TextId text);
+  void OpenHelpLink(TextId url);
 
-  bool ConfirmBox(uint32_t textId1, uint32_t textId2, uint32_t captionId) override;
-  void ErrorBox(uint32_t textId, uint32_t captionId) override;
-
-  // The radio group that starts at firstId and runs to the next WS_GROUP sibling.
-  int ReadRadioGroup(int firstId);
-  void WriteRadioGroup(int firstId, int index);
-
-  // Registers the object whose dialog window is about to be created on this thread.
-  static void SetObjectBeingCreated(SMDialogObject* object);
+  // Takes the object its creator put in SMCreationSlot<SMDialogObject> just before the window
+  // was created, and hands it this and every later message.
   static INT_PTR CALLBACK StartDialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
  protected:

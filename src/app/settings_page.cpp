@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "app/creation_slot.h"
 #include "app/shell_resource_ids.h"
 #include "layout/dialog_layout.h"
 
@@ -20,19 +21,13 @@ void GrowPageArea(HWND sheet, int pageHeight) {
   SendMessageW(tabs, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
   int grow = pageHeight - (area.bottom - area.top);
   if (grow <= 0) return;
-  auto growWindow = [grow](HWND window) {
-    RECT frame{};
-    GetWindowRect(window, &frame);
-    SetWindowPos(window, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top + grow,
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  };
-  growWindow(sheet);
-  growWindow(tabs);
+  GrowWindowHeight(sheet, grow);
+  GrowWindowHeight(tabs, grow);
   for (HWND child = GetWindow(sheet, GW_CHILD); child != nullptr;
        child = GetWindow(child, GW_HWNDNEXT)) {
     wchar_t className[16] = {};
     GetClassNameW(child, className, 16);
-    if (wcscmp(className, L"#32770") == 0) growWindow(child);
+    if (wcscmp(className, L"#32770") == 0) GrowWindowHeight(child, grow);
   }
 }
 
@@ -61,7 +56,7 @@ void SettingsPage::SetTitle(std::wstring title) {
 
 UINT CALLBACK SettingsPage::PageCallback(HWND, UINT message, PROPSHEETPAGEW* page) {
   if (message == PSPCB_CREATE) {
-    SMDialogObject::SetObjectBeingCreated(reinterpret_cast<SettingsPage*>(page->lParam));
+    SMCreationSlot<SMDialogObject>::Put(reinterpret_cast<SettingsPage*>(page->lParam));
   }
   return 1;
 }
@@ -94,13 +89,14 @@ bool SettingsPage::OnButtonClicked(int) {
   return false;
 }
 
-uint32_t SettingsPage::LinkUrlId(int controlId) {
-  return controlId == IDC_NOTICE_LINK ? 13103 : 0;
+std::optional<TextId> SettingsPage::LinkUrlId(int controlId) {
+  if (controlId == IDC_NOTICE_LINK) return TextId::kChromiumUrl;
+  return std::nullopt;
 }
 
 void SettingsPage::SetNoticeTexts() {
-  SetControlText(IDC_NOTICE_TEXT, 13101);
-  SetControlLink(IDC_NOTICE_LINK, 13102);
+  SetControlText(IDC_NOTICE_TEXT, TextId::kChromiumNotice);
+  SetControlLink(IDC_NOTICE_LINK, TextId::kChromiumLink);
   // The template's icon comes in the standard size; the icon file has one drawn for each scale.
   if (noticeIcon_ == nullptr) {
     const int size = ScaledPixels(window_, kNoticeIconSize);
@@ -116,9 +112,9 @@ void SettingsPage::SetNoticeTexts() {
 
 bool SettingsPage::OnNotify(const NMHDR& header, LRESULT& result) {
   if (header.code == NM_CLICK) {
-    uint32_t urlId = LinkUrlId(static_cast<int>(header.idFrom));
-    if (urlId != 0) {
-      OpenHelpLink(urlId);
+    std::optional<TextId> url = LinkUrlId(static_cast<int>(header.idFrom));
+    if (url) {
+      OpenHelpLink(*url);
       result = 0;
       return true;
     }

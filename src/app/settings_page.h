@@ -5,6 +5,7 @@
 #include <prsht.h>
 // clang-format on
 
+#include <optional>
 #include <string>
 
 #include "app/app_startup.h"
@@ -34,8 +35,8 @@ class SettingsPage : public SMDialogObject {
   virtual void AfterInit() {}
   // A click on one of the page's buttons; false when the id is not the page's.
   virtual bool OnButtonClicked(int controlId);
-  // The help address id opened by a link of the page, or 0.
-  virtual uint32_t LinkUrlId(int controlId);
+  // The help address opened by a link of the page; nothing when the control is no such link.
+  virtual std::optional<TextId> LinkUrlId(int controlId);
   // The Chromium notice block at the bottom of the page.
   void SetNoticeTexts();
 

@@ -2,37 +2,12 @@
 
 #include <commctrl.h>
 
-#include <mutex>
 #include <utility>
 
+#include "app/creation_slot.h"
 #include "layout/dialog_layout.h"
 
 namespace {
-
-// The callback gets no parameter of ours: the sheet being created is found through this list,
-// keyed by thread.
-struct SheetUnderConstruction {
-  DWORD threadId;
-  SettingsSheet* sheet;
-};
-std::mutex sheetsMutex;
-std::vector<SheetUnderConstruction> sheetsUnderConstruction;
-
-SettingsSheet* SheetOfThisThread() {
-  std::lock_guard lock(sheetsMutex);
-  for (const SheetUnderConstruction& entry : sheetsUnderConstruction) {
-    if (entry.threadId == GetCurrentThreadId()) return entry.sheet;
-  }
-  return nullptr;
-}
-
-void SetSheetOfThisThread(SettingsSheet* sheet) {
-  std::lock_guard lock(sheetsMutex);
-  std::erase_if(sheetsUnderConstruction, [](const SheetUnderConstruction& entry) {
-    return entry.threadId == GetCurrentThreadId();
-  });
-  if (sheet != nullptr) sheetsUnderConstruction.push_back({GetCurrentThreadId(), sheet});
-}
 
 // The strip where OK and Cancel would be, in pixels at 96 dots per inch.
 constexpr int kButtonStripHeight = 30;
@@ -76,9 +51,9 @@ INT_PTR SettingsSheet::RunModal(HWND parent) {
   header_.dwFlags &= ~static_cast<DWORD>(PSH_MODELESS);
   header_.nPages = static_cast<UINT>(pages_.size());
   header_.phpage = pages_.data();
-  SetSheetOfThisThread(this);
+  SMCreationSlot<SettingsSheet>::Put(this);
   INT_PTR result = PropertySheetW(&header_);
-  SetSheetOfThisThread(nullptr);
+  SMCreationSlot<SettingsSheet>::Put(nullptr);
   // The sheet destroyed the pages it was given.
   pages_.clear();
   window_ = nullptr;
@@ -87,7 +62,7 @@ INT_PTR SettingsSheet::RunModal(HWND parent) {
 
 int CALLBACK SettingsSheet::SheetCallback(HWND window, UINT message, LPARAM) {
   if (message != PSCB_INITIALIZED) return 0;
-  if (SettingsSheet* sheet = SheetOfThisThread()) sheet->OnInitialized(window);
+  if (SettingsSheet* sheet = SMCreationSlot<SettingsSheet>::Take()) sheet->OnInitialized(window);
   return 0;
 }
 

@@ -9,6 +9,7 @@
 
 #include "cli/json_codec.h"
 #include "cli/policy_schema.h"
+#include "settings/setting_keys.h"
 
 namespace {
 
@@ -84,7 +85,7 @@ PolicyError ErrorFrom(const valijson::ValidationResults::Error& failure) {
     std::string allowed;
     if (const json* schema = SchemaAt(names); schema != nullptr && schema->contains("properties")) {
       for (const auto& [key, ignored] : (*schema)["properties"].items()) {
-        if (key == "domains" || key == "trustedPaths") continue;
+        if (key == kKnownSites.name || key == kTrustedPaths.name) continue;
         allowed += (allowed.empty() ? "" : ", ") + ("\"" + key + "\"");
       }
     }

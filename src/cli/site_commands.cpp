@@ -169,13 +169,13 @@ int RunClear(CliContext& context, bool licences) {
   class ErrorLines : public SMUserPrompts {
    public:
     explicit ErrorLines(CliContext& context) : context_(context) {}
-    bool ConfirmBox(uint32_t, uint32_t, uint32_t) override { return true; }
-    void ErrorBox(uint32_t textId, uint32_t) override {
+    bool ConfirmBox(TextId, TextId, TextId) override { return true; }
+    void ErrorBox(TextId textId, TextId) override {
       const char* text = context_.strings().GetString(textId);
       Fail(kExitFailed, text != nullptr ? text : "deletion failed");
       FailChange(context_, "delete",
-                 textId == kLicencesNotDeletedId ? context_.privateData().path()
-                                                 : context_.settings().dataRoot());
+                 textId == TextId::kLicencesNotDeleted ? context_.privateData().path()
+                                                       : context_.settings().dataRoot());
     }
 
    private:

@@ -44,7 +44,7 @@ int RunStrings(CliContext& context, const std::string& languageText) {
   nlohmann::json texts = nlohmann::json::object();
   for (int row = 0; row < kStringCount; ++row) {
     uint32_t id = kStringIndex[row].id;
-    const char* text = strings->GetString(id);
+    const char* text = strings->GetString(static_cast<TextId>(id));
     if (context.options().json) {
       texts[std::to_string(id)] = text != nullptr ? text : "";
     } else {

@@ -10,7 +10,6 @@
 
 #include "dialogs/add_location_ids.h"
 #include "dialogs/trusted_locations_logic.h"
-#include "layout/dialog_layout.h"
 
 namespace {
 
@@ -36,30 +35,30 @@ std::wstring TextOrEmpty(const std::optional<std::wstring>& text) {
 
 }  // namespace
 
-bool AddLocationDialog::Run(HWND owner) {
-  return RunModal(IDD_ADD_LOCATION, owner) == kConfirmed;
+AddLocationDialog::AddLocationDialog(SMSystem& system, SMStringTable& strings)
+    : SMModalDialog(system, strings, IDD_ADD_LOCATION) {}
+
+bool AddLocationDialog::RunConfirmed() {
+  return Run() == kConfirmed;
 }
 
-void AddLocationDialog::Initialise() {
-  if (IsRightToLeftUser(system_)) MakeRightToLeft(window_);
-  SetWindowTextW(window_, TextOrEmpty(GetText(84000)).c_str());
-  SetControlText(IDC_ADD_LOCATION_LABEL, 84001);
-  SetControlText(IDC_ADD_LOCATION_FILE, 11012);
-  SetControlText(IDC_ADD_LOCATION_FOLDER, 11013);
-  SetControlText(IDOK, 11002);
-  SetControlText(IDCANCEL, 11001);
+void AddLocationDialog::SetTexts() {
+  SetCaption(TextId::kEditLocationTitle);
+  SetControlText(IDC_ADD_LOCATION_LABEL, TextId::kEditLocationLabel);
+  SetControlText(IDC_ADD_LOCATION_FILE, TextId::kAddFile);
+  SetControlText(IDC_ADD_LOCATION_FOLDER, TextId::kAddFolder);
+  SetControlText(IDOK, TextId::kConfirm);
+  SetControlText(IDCANCEL, TextId::kCancel);
+}
+
+LRESULT AddLocationDialog::OnStart() {
   // Paths may be longer than the edit's default limit.
   SendDlgItemMessageW(window_, IDC_ADD_LOCATION_PATH, EM_SETLIMITTEXT, 0, 0);
   EnableWindow(GetDlgItem(window_, IDOK), FALSE);
-  FitDialogToTexts(window_);
+  return TRUE;
 }
 
-bool AddLocationDialog::OnMessage(UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
-  if (message == WM_INITDIALOG) {
-    Initialise();
-    result = TRUE;
-    return true;
-  }
+bool AddLocationDialog::OnDialogMessage(UINT message, WPARAM wParam, LPARAM, LRESULT&) {
   if (message != WM_COMMAND) return false;
   const int controlId = LOWORD(wParam);
   const int code = HIWORD(wParam);
@@ -103,9 +102,9 @@ void AddLocationDialog::ShowPickedPath(const std::wstring& path) {
 }
 
 void AddLocationDialog::PickFile() {
-  const std::wstring filter =
-      PickerFilter(TextOrEmpty(GetText(82000)), TextOrEmpty(GetText(82001)));
-  const std::wstring title = TextOrEmpty(GetText(83001));
+  const std::wstring filter = PickerFilter(TextOrEmpty(GetText(TextId::kPickerFilterVtmName)),
+                                           TextOrEmpty(GetText(TextId::kPickerFilterVtmPattern)));
+  const std::wstring title = TextOrEmpty(GetText(TextId::kPickFileTitle));
   std::vector<wchar_t> path(kLongestPickedPath, L'\0');
   OPENFILENAMEW request{};
   request.lStructSize = sizeof request;
@@ -121,7 +120,7 @@ void AddLocationDialog::PickFile() {
 }
 
 void AddLocationDialog::PickFolder() {
-  const std::wstring title = TextOrEmpty(GetText(83000));
+  const std::wstring title = TextOrEmpty(GetText(TextId::kPickFolderTitle));
   BROWSEINFOW request{};
   request.hwndOwner = window_;
   request.lpszTitle = title.c_str();

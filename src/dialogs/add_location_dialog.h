@@ -2,22 +2,23 @@
 
 #include <string>
 
-#include "app/dialog_object.h"
+#include "app/modal_dialog.h"
 
 // "Edit Compatibility Location": one path, typed or picked. Ends with 0 when confirmed (the
 // path is then in location()) and 1 when cancelled.
-class AddLocationDialog : public SMDialogObject {
+class AddLocationDialog : public SMModalDialog {
  public:
-  AddLocationDialog(SMSystem& system, SMStringTable& strings) : SMDialogObject(system, strings) {}
-  // True when the user confirmed a path.
-  bool Run(HWND owner);
+  AddLocationDialog(SMSystem& system, SMStringTable& strings);
+  // Runs the dialog; true when the user confirmed a path.
+  bool RunConfirmed();
   const std::wstring& location() const { return location_; }
 
  protected:
-  bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+  void SetTexts() override;
+  LRESULT OnStart() override;
+  bool OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 
  private:
-  void Initialise();
   void PickFile();
   void PickFolder();
   void ShowPickedPath(const std::wstring& path);

@@ -2,52 +2,40 @@
 
 #include "dialogs/add_site_ids.h"
 #include "dialogs/site_list_logic.h"
-#include "layout/dialog_layout.h"
 
-AddSiteDialog::AddSiteDialog(SMSystem& system, SMStringTable& strings, bool rightToLeft,
-                             std::wstring title, std::wstring prompt)
-    : SMDialogObject(system, strings),
-      rightToLeft_(rightToLeft),
-      prompt_(std::move(prompt)),
-      title_(std::move(title)) {}
+AddSiteDialog::AddSiteDialog(SMSystem& system, SMStringTable& strings, TextId title, TextId prompt)
+    : SMModalDialog(system, strings, IDD_ADD_SITE), title_(title), prompt_(prompt) {}
 
-bool AddSiteDialog::OnMessage(UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
-  switch (message) {
-    case WM_INITDIALOG:
-      Initialise();
-      // The focus is already in the domain field.
-      result = FALSE;
-      return true;
-    case WM_COMMAND:
-      OnCommand(LOWORD(wParam), HIWORD(wParam));
-      result = 0;
-      return true;
-    default:
-      return false;
+void AddSiteDialog::SetTexts() {
+  SetCaption(title_);
+  SetControlText(IDC_ADD_SITE_DOMAIN_LABEL, TextId::kDomainLabel);
+  SetControlText(IDC_ADD_SITE_PROMPT, prompt_);
+  SetControlText(IDOK, TextId::kAdd);
+  SetControlText(IDCANCEL, TextId::kCancel);
+  HWND combo = GetDlgItem(window_, IDC_ADD_SITE_CHOICE);
+  for (SiteChoice item : {kChoiceAsk, kChoiceAllow, kChoiceBlock}) {
+    std::optional<std::wstring> text = GetText(ChoiceItemTextId(item));
+    SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text ? text->c_str() : L""));
   }
+  SendMessageW(combo, CB_SETCURSEL, 0, 0);
 }
 
-void AddSiteDialog::Initialise() {
+LRESULT AddSiteDialog::OnStart() {
   domainEdit_ = GetDlgItem(window_, IDC_ADD_SITE_DOMAIN);
   choiceCombo_ = GetDlgItem(window_, IDC_ADD_SITE_CHOICE);
   okButton_ = GetDlgItem(window_, IDOK);
-  cancelButton_ = GetDlgItem(window_, IDCANCEL);
-  if (rightToLeft_) MakeRightToLeft(window_);
-  SetWindowTextW(window_, title_.c_str());
-  SetControlText(IDC_ADD_SITE_DOMAIN_LABEL, 91000);
-  SetWindowTextW(GetDlgItem(window_, IDC_ADD_SITE_PROMPT), prompt_.c_str());
-  SetControlText(IDOK, 11004);
-  SetControlText(IDCANCEL, 11001);
-  for (SiteChoice item : {kChoiceAsk, kChoiceAllow, kChoiceBlock}) {
-    std::optional<std::wstring> text = GetText(ChoiceItemTextId(item));
-    SendMessageW(choiceCombo_, CB_ADDSTRING, 0,
-                 reinterpret_cast<LPARAM>(text ? text->c_str() : L""));
-  }
-  SendMessageW(choiceCombo_, CB_SETCURSEL, 0, 0);
   choice_ = kChoiceAsk;
-  FitDialogToTexts(window_);
   EnableWindow(okButton_, FALSE);
   SetFocus(domainEdit_);
+  // The focus is already in the domain field.
+  return FALSE;
+}
+
+bool AddSiteDialog::OnDialogMessage(UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
+  if (message != WM_COMMAND) return false;
+  OnCommand(LOWORD(wParam), HIWORD(wParam));
+  result = 0;
+  return true;
 }
 
 void AddSiteDialog::OnCommand(int controlId, int code) {

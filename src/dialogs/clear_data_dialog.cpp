@@ -2,60 +2,53 @@
 
 #include <commctrl.h>
 
+#include "app/message_box_prompts.h"
 #include "app/page_text.h"
 #include "dialogs/clear_data_ids.h"
-#include "layout/dialog_layout.h"
 
 namespace {
 
 // What the dialog's result means to the pages: nothing, it is always the same.
 constexpr INT_PTR kClearDataEndCode = 1;
-constexpr uint32_t kPrivacyControlsUrlId = 13000;
 
 }  // namespace
 
 ClearDataDialog::ClearDataDialog(const SMAppObjects& objects)
-    : SMDialogObject(objects.system, objects.strings), objects_(objects) {}
-
-void ClearDataDialog::Run() {
-  RunModal(IDD_CLEAR_DATA, GetActiveWindow());
-}
+    : SMModalDialog(objects.system, objects.strings, IDD_CLEAR_DATA), objects_(objects) {}
 
 void ClearDataDialog::SetTexts() {
-  std::optional<std::wstring> title = GetText(71000);
-  SetWindowTextW(window_, title ? title->c_str() : L"");
-  SetControlText(IDC_CLEAR_DATA_INTRO, 71001);
-  SetControlText(IDC_CLEAR_SITE_DATA, 71002);
-  SetControlText(IDC_CLEAR_LICENSES, 71007);
-  SetControlText(IDC_CLEAR_LICENSES_EXPLANATION, 71008);
-  SetControlText(IDC_CLEAR_DATA_HISTORY_NOTE, 71009);
-  SetControlText(IDC_CLEAR_DATA_CANCEL, 11001);
-  SetControlText(IDC_CLEAR_DATA_DELETE, 11007);
+  SetCaption(TextId::kClearDataTitle);
+  SetControlText(IDC_CLEAR_DATA_INTRO, TextId::kClearDataIntro);
+  SetControlText(IDC_CLEAR_SITE_DATA, TextId::kClearSiteData);
+  SetControlText(IDC_CLEAR_LICENSES, TextId::kClearLicences);
+  SetControlText(IDC_CLEAR_LICENSES_EXPLANATION, TextId::kClearLicencesExplanation);
+  SetControlText(IDC_CLEAR_DATA_HISTORY_NOTE, TextId::kClearDataHistoryNote);
+  SetControlText(IDC_CLEAR_DATA_CANCEL, TextId::kCancel);
+  SetControlText(IDC_CLEAR_DATA_DELETE, TextId::kDeleteData);
 
   // Three sentences as one paragraph, then the privacy-controls link on its own.
   std::wstring explanation;
-  for (uint32_t id : {71004u, 71005u, 71006u}) {
+  for (TextId id : {TextId::kClearSiteDataExplanation, TextId::kClearSiteDataStorageExplanation,
+                    TextId::kClearSiteDataBySiteHint}) {
     std::optional<std::wstring> sentence = GetText(id);
     if (!sentence) continue;
     if (!explanation.empty()) explanation += L' ';
     explanation += *sentence;
   }
   std::optional<std::wstring> caption = explanation;
-  std::optional<std::wstring> link = GetText(21106);
+  std::optional<std::wstring> link = GetText(TextId::kPrivacyControlsLink);
   if (WrapLink(link)) AppendParagraph(caption, link);
   SetWindowTextW(GetDlgItem(window_, IDC_CLEAR_SITE_DATA_LINK), caption->c_str());
 }
 
-bool ClearDataDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+LRESULT ClearDataDialog::OnStart() {
+  CheckDlgButton(window_, IDC_CLEAR_SITE_DATA, ClampCheckState(siteDataState_));
+  CheckDlgButton(window_, IDC_CLEAR_LICENSES, ClampCheckState(licenceState_));
+  return TRUE;
+}
+
+bool ClearDataDialog::OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&) {
   switch (message) {
-    case WM_INITDIALOG:
-      if (IsRightToLeftUser(system_)) MakeRightToLeft(window_);
-      SetTexts();
-      CheckDlgButton(window_, IDC_CLEAR_SITE_DATA, ClampCheckState(siteDataState_));
-      CheckDlgButton(window_, IDC_CLEAR_LICENSES, ClampCheckState(licenceState_));
-      FitDialogToTexts(window_);
-      result = TRUE;
-      return true;
     case WM_COMMAND:
       if (HIWORD(wParam) != BN_CLICKED) return false;
       switch (LOWORD(wParam)) {
@@ -76,7 +69,7 @@ bool ClearDataDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRES
           (header.code != NM_CLICK && header.code != NM_RETURN)) {
         return false;
       }
-      OpenHelpLink(kPrivacyControlsUrlId);
+      OpenHelpLink(TextId::kPrivacyControlsUrl);
       return true;
     }
     default:
@@ -87,6 +80,7 @@ bool ClearDataDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRES
 void ClearDataDialog::DeleteData() {
   siteDataState_ = static_cast<int>(IsDlgButtonChecked(window_, IDC_CLEAR_SITE_DATA));
   licenceState_ = static_cast<int>(IsDlgButtonChecked(window_, IDC_CLEAR_LICENSES));
-  ClearAllData(objects_.settings, objects_.platform, objects_.privateData, *this,
+  SMMessageBoxPrompts prompts(system_, strings_, window_);
+  ClearAllData(objects_.settings, objects_.platform, objects_.privateData, prompts,
                RequestFromCheckStates(siteDataState_, licenceState_));
 }

@@ -27,12 +27,13 @@ ClearDataOutcome ClearAllData(SMSettingsManager& settings, SMPlatformServices& p
     bool sitesDeleted = settings.RemoveAllSites(true);
     bool cacheDeleted = platform.DeleteTree(platform.AssetCacheFolder());
     outcome.siteDataFailed = !(sitesDeleted && cacheDeleted);
-    if (outcome.siteDataFailed) prompts.ErrorBox(kSiteDataNotDeletedId, kUnableToDeleteCaptionId);
+    if (outcome.siteDataFailed)
+      prompts.ErrorBox(TextId::kSiteDataNotDeleted, TextId::kUnableToDeleteCaption);
   }
   if (request.licenceFiles) {
     outcome.licenceFilesFailed = !privateData.DeleteLicenceFiles();
     if (outcome.licenceFilesFailed) {
-      prompts.ErrorBox(kLicencesNotDeletedId, kUnableToDeleteCaptionId);
+      prompts.ErrorBox(TextId::kLicencesNotDeleted, TextId::kUnableToDeleteCaption);
     }
   }
   return outcome;

@@ -29,7 +29,7 @@ ClearDataRequest RequestFromCheckStates(int siteDataState, int licenceState);
 
 // What happened; each failed group gets its own message.
 struct ClearDataOutcome {
-  bool nothingRecorded = false;  // no "domains" setting: nothing at all was touched
+  bool nothingRecorded = false;  // no list of known sites: nothing at all was touched
   bool siteDataFailed = false;
   bool licenceFilesFailed = false;
 };
@@ -42,8 +42,3 @@ struct ClearDataOutcome {
 ClearDataOutcome ClearAllData(SMSettingsManager& settings, SMPlatformServices& platform,
                               SMPrivateDataFolder& privateData, SMUserPrompts& prompts,
                               ClearDataRequest request);
-
-// Texts of the failure messages.
-inline constexpr uint32_t kUnableToDeleteCaptionId = 11500;
-inline constexpr uint32_t kSiteDataNotDeletedId = 11501;
-inline constexpr uint32_t kLicencesNotDeletedId = 11502;

@@ -4,41 +4,40 @@
 
 #include <algorithm>
 
+#include "app/message_box_prompts.h"
 #include "dialogs/add_site_dialog.h"
-#include "dialogs/add_site_ids.h"
-#include "dialogs/site_list_https_ids.h"
 #include "dialogs/site_list_ids.h"
 #include "layout/dialog_layout.h"
 #include "platform/win32/utf16.h"
 
+namespace {
+
+// What the list asks the user: the site to add, in the add-site dialog.
+class AddSitePrompts : public SMMessageBoxPrompts {
+ public:
+  using SMMessageBoxPrompts::SMMessageBoxPrompts;
+
+  std::optional<SMAddSiteAnswer> RunAddSite(TextId title, TextId prompt) override {
+    AddSiteDialog dialog(system_, strings_, title, prompt);
+    // Only Add (0) counts; Cancel (1) and a dialog that could not be shown (-1) do not.
+    if (dialog.Run() != 0) return std::nullopt;
+    if (!dialog.resultDomain()) return std::nullopt;
+    std::optional<std::string> site = ToUtf8(*dialog.resultDomain());
+    if (!site) return std::nullopt;
+    return SMAddSiteAnswer{std::move(*site), dialog.choice()};
+  }
+};
+
+}  // namespace
+
 SiteListDialog::SiteListDialog(SiteListKind kind, SMSystem& system, SMStringTable& strings,
-                               SMSettingsManager& settings, bool rightToLeft)
-    : SMDialogObject(system, strings),
+                               SMSettingsManager& settings)
+    : SMModalDialog(system, strings, DesignOf(kind).templateId),
       model_(kind, settings, strings,
-             [&system](const std::string& site) { return system.DisplaySortKey(site); }),
-      rightToLeft_(rightToLeft) {}
+             [&system](const std::string& site) { return system.DisplaySortKey(site); }) {}
 
-INT_PTR SiteListDialog::Run() {
-  return RunModal(model_.design().templateId, GetActiveWindow());
-}
-
-std::optional<SMAddSiteAnswer> SiteListDialog::RunAddSite(uint32_t titleId, uint32_t promptId) {
-  AddSiteDialog dialog(system_, strings_, IsRightToLeftUser(system_),
-                       GetText(titleId).value_or(L""), GetText(promptId).value_or(L""));
-  // Only Add (0) counts; Cancel (1) and a dialog that could not be shown (-1) do not.
-  if (dialog.RunModal(IDD_ADD_SITE, GetActiveWindow()) != 0) return std::nullopt;
-  if (!dialog.resultDomain()) return std::nullopt;
-  std::optional<std::string> site = ToUtf8(*dialog.resultDomain());
-  if (!site) return std::nullopt;
-  return SMAddSiteAnswer{std::move(*site), dialog.choice()};
-}
-
-bool SiteListDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+bool SiteListDialog::OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   switch (message) {
-    case WM_INITDIALOG:
-      Initialise();
-      result = TRUE;
-      return true;
     case WM_COMMAND:
       OnCommand(LOWORD(wParam), HIWORD(wParam));
       result = 0;
@@ -51,18 +50,39 @@ bool SiteListDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESU
   }
 }
 
-void SiteListDialog::Initialise() {
+void SiteListDialog::SetTexts() {
   const SiteListDesign& design = model_.design();
   list_ = GetDlgItem(window_, IDC_SITE_LIST_VIEW);
-  addButton_ = GetDlgItem(window_, IDC_SITE_LIST_ADD);
-  removeButton_ = GetDlgItem(window_, IDC_SITE_LIST_REMOVE);
-  closeButton_ = GetDlgItem(window_, IDC_SITE_LIST_CLOSE);
   combos_.clear();
   for (const SiteListCombo& combo : design.combos) {
     combos_.push_back(GetDlgItem(window_, combo.controlId));
   }
+  SetControlText(IDC_SITE_LIST_ADD, TextId::kAddEllipsis);
+  SetControlText(IDC_SITE_LIST_REMOVE, TextId::kRemove);
+  SetControlText(IDC_SITE_LIST_CLOSE, TextId::kClose);
+  for (HWND combo : combos_) {
+    for (SiteChoice item : {kChoiceAsk, kChoiceAllow, kChoiceBlock}) {
+      std::optional<std::wstring> text = GetText(ChoiceItemTextId(item));
+      SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text ? text->c_str() : L""));
+    }
+  }
+  SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+  SetCaption(design.title);
+  SetControlText(IDC_SITE_LIST_DESCRIPTION, design.description);
+  SetControlText(IDC_SITE_LIST_CHOICE_LABEL, design.comboLabel);
+  if (design.templateId == IDD_SITE_LIST_HTTPS) {
+    SetControlText(IDC_SITE_LIST_HTTPS_SECURE_LABEL, TextId::kColumnHttps);
+    SetControlText(IDC_SITE_LIST_HTTPS_OTHER_LABEL, TextId::kColumnOther);
+  }
+  InsertColumns();
+}
+
+LRESULT SiteListDialog::OnStart() {
+  addButton_ = GetDlgItem(window_, IDC_SITE_LIST_ADD);
+  removeButton_ = GetDlgItem(window_, IDC_SITE_LIST_REMOVE);
+  closeButton_ = GetDlgItem(window_, IDC_SITE_LIST_CLOSE);
   if (rightToLeft_) {
-    MakeRightToLeft(window_);
+    // The drop-down part of a combo box is a window of its own, outside the dialog.
     for (HWND combo : combos_) {
       COMBOBOXINFO info{};
       info.cbSize = sizeof info;
@@ -71,35 +91,16 @@ void SiteListDialog::Initialise() {
       }
     }
   }
-  SetControlText(IDC_SITE_LIST_ADD, 11005);
-  SetControlText(IDC_SITE_LIST_REMOVE, 11009);
-  SetControlText(IDC_SITE_LIST_CLOSE, 11003);
-  for (HWND combo : combos_) {
-    for (SiteChoice item : {kChoiceAsk, kChoiceAllow, kChoiceBlock}) {
-      std::optional<std::wstring> text = GetText(ChoiceItemTextId(item));
-      SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text ? text->c_str() : L""));
-    }
-  }
-  SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
-  std::optional<std::wstring> title = GetText(design.titleId);
-  SetWindowTextW(window_, title ? title->c_str() : L"");
-  SetControlText(IDC_SITE_LIST_DESCRIPTION, design.descriptionId);
-  SetControlText(IDC_SITE_LIST_CHOICE_LABEL, design.comboLabelId);
-  if (design.templateId == IDD_SITE_LIST_HTTPS) {
-    SetControlText(IDC_SITE_LIST_HTTPS_SECURE_LABEL, 61014);
-    SetControlText(IDC_SITE_LIST_HTTPS_OTHER_LABEL, 61015);
-  }
-  InsertColumns();
-  FitDialogToTexts(window_);
   model_.Fill();
   ShowRowCount();
   ShowSelectionState();
+  return TRUE;
 }
 
 void SiteListDialog::InsertColumns() {
   int index = 0;
   for (const SiteListColumn& column : model_.design().columns) {
-    std::wstring text = GetText(column.textId).value_or(L"");
+    std::wstring text = GetText(column.heading).value_or(L"");
     LVCOLUMNW header{};
     header.mask = LVCF_FMT | LVCF_TEXT | LVCF_WIDTH;
     header.fmt = LVCFMT_LEFT;
@@ -227,7 +228,8 @@ void SiteListDialog::SetEnabledMovingFocus(HWND control, bool enabled) {
 }
 
 void SiteListDialog::OnAdd() {
-  SiteListModel::AddOutcome outcome = model_.AddFromUser(*this);
+  AddSitePrompts prompts(system_, strings_, window_);
+  SiteListModel::AddOutcome outcome = model_.AddFromUser(prompts);
   if (!outcome.confirmed) return;
   changingSelection_ = true;
   ShowRowCount();

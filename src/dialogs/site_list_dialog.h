@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-#include "app/dialog_object.h"
+#include "app/modal_dialog.h"
 #include "dialogs/site_list_logic.h"
 
 class SMSettingsManager;
@@ -18,21 +18,18 @@ class SMSettingsManager;
 // networking dialogs. The list view holds no rows of its own (owner data): it asks for the
 // texts of the rows it draws, so even a very long list appears at once, in the order a sorted
 // list view would give it.
-class SiteListDialog : public SMDialogObject {
+// It runs until Close or Escape.
+class SiteListDialog : public SMModalDialog {
  public:
   SiteListDialog(SiteListKind kind, SMSystem& system, SMStringTable& strings,
-                 SMSettingsManager& settings, bool rightToLeft);
-
-  // Runs the dialog over the active window until Close or Escape.
-  INT_PTR Run();
-
-  std::optional<SMAddSiteAnswer> RunAddSite(uint32_t titleId, uint32_t promptId) override;
+                 SMSettingsManager& settings);
 
  protected:
-  bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+  void SetTexts() override;
+  LRESULT OnStart() override;
+  bool OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 
  private:
-  void Initialise();
   void InsertColumns();
   void OnCommand(int controlId, int code);
   bool OnNotify(const NMHDR& header, LRESULT& result);
@@ -50,7 +47,6 @@ class SiteListDialog : public SMDialogObject {
   void OnChoiceChanged(size_t comboIndex);
 
   SiteListModel model_;
-  bool rightToLeft_;
   HWND list_ = nullptr;
   std::vector<HWND> combos_;
   HWND addButton_ = nullptr;
@@ -63,21 +59,18 @@ class SiteListDialog : public SMDialogObject {
 
 class StorageBySiteDialog : public SiteListDialog {
  public:
-  StorageBySiteDialog(SMSystem& system, SMStringTable& strings, SMSettingsManager& settings,
-                      bool rightToLeft)
-      : SiteListDialog(SiteListKind::kStorage, system, strings, settings, rightToLeft) {}
+  StorageBySiteDialog(SMSystem& system, SMStringTable& strings, SMSettingsManager& settings)
+      : SiteListDialog(SiteListKind::kStorage, system, strings, settings) {}
 };
 
 class CameraMicBySiteDialog : public SiteListDialog {
  public:
-  CameraMicBySiteDialog(SMSystem& system, SMStringTable& strings, SMSettingsManager& settings,
-                        bool rightToLeft)
-      : SiteListDialog(SiteListKind::kCameraMic, system, strings, settings, rightToLeft) {}
+  CameraMicBySiteDialog(SMSystem& system, SMStringTable& strings, SMSettingsManager& settings)
+      : SiteListDialog(SiteListKind::kCameraMic, system, strings, settings) {}
 };
 
 class PeerNetworkingBySiteDialog : public SiteListDialog {
  public:
-  PeerNetworkingBySiteDialog(SMSystem& system, SMStringTable& strings, SMSettingsManager& settings,
-                             bool rightToLeft)
-      : SiteListDialog(SiteListKind::kPeerNetworking, system, strings, settings, rightToLeft) {}
+  PeerNetworkingBySiteDialog(SMSystem& system, SMStringTable& strings, SMSettingsManager& settings)
+      : SiteListDialog(SiteListKind::kPeerNetworking, system, strings, settings) {}
 };

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "dialogs/site_list_https_ids.h"
 #include "dialogs/site_list_ids.h"
 #include "dialogs/storage_size.h"
 #include "l10n/string_table.h"
@@ -13,38 +12,55 @@ namespace {
 
 constexpr int kSizeColumn = 1;
 
-const SiteListDesign kStorageDesign{IDD_SITE_LIST,
-                                    61009,
-                                    61010,
-                                    61013,
-                                    {{61000, 190}, {61004, 80}, {61003, 90}},
-                                    {{IDC_SITE_LIST_CHOICE, SitePermission::kStorage, 2}},
-                                    92001,
-                                    21108,
-                                    true};
+const SiteListDesign kStorageDesign{
+    .templateId = IDD_SITE_LIST,
+    .title = TextId::kStorageSitesTitle,
+    .description = TextId::kStorageSitesDescription,
+    .comboLabel = TextId::kStorageSitesChoiceLabel,
+    .columns = {{.heading = TextId::kColumnWebsite, .width = 190},
+                {.heading = TextId::kColumnStorageUsed, .width = 80},
+                {.heading = TextId::kColumnStorageAccess, .width = 90}},
+    .combos = {{.controlId = IDC_SITE_LIST_CHOICE,
+                .permission = SitePermission::kStorage,
+                .column = 2}},
+    .addTitle = TextId::kStorageAddSiteTitle,
+    .addPrompt = TextId::kStorageAddSitePrompt,
+    .showsStoredSize = true,
+};
 
 const SiteListDesign kCameraMicDesign{
-    IDD_SITE_LIST_HTTPS,
-    61005,
-    61006,
-    61011,
-    {{61000, 190}, {61014, 130}, {61015, 130}},
-    {{IDC_SITE_LIST_HTTPS_SECURE_CHOICE, SitePermission::kCameraSecure, 1},
-     {IDC_SITE_LIST_HTTPS_OTHER_CHOICE, SitePermission::kCameraOther, 2}},
-    92002,
-    31007,
-    false};
+    .templateId = IDD_SITE_LIST_HTTPS,
+    .title = TextId::kCameraMicSitesTitle,
+    .description = TextId::kCameraMicSitesDescription,
+    .comboLabel = TextId::kCameraMicSitesChoiceLabel,
+    .columns = {{.heading = TextId::kColumnWebsite, .width = 190},
+                {.heading = TextId::kColumnHttps, .width = 130},
+                {.heading = TextId::kColumnOther, .width = 130}},
+    .combos = {{.controlId = IDC_SITE_LIST_HTTPS_SECURE_CHOICE,
+                .permission = SitePermission::kCameraSecure,
+                .column = 1},
+               {.controlId = IDC_SITE_LIST_HTTPS_OTHER_CHOICE,
+                .permission = SitePermission::kCameraOther,
+                .column = 2}},
+    .addTitle = TextId::kCameraMicAddSiteTitle,
+    .addPrompt = TextId::kCameraMicAddSitePrompt,
+    .showsStoredSize = false,
+};
 
 const SiteListDesign kPeerNetworkingDesign{
-    IDD_SITE_LIST,
-    61007,
-    61008,
-    61012,
-    {{61000, 250}, {61002, 110}},
-    {{IDC_SITE_LIST_CHOICE, SitePermission::kPeerNetworking, 1}},
-    92003,
-    41201,
-    false};
+    .templateId = IDD_SITE_LIST,
+    .title = TextId::kPeerAssistedSitesTitle,
+    .description = TextId::kPeerAssistedSitesDescription,
+    .comboLabel = TextId::kPeerAssistedSitesChoiceLabel,
+    .columns = {{.heading = TextId::kColumnWebsite, .width = 250},
+                {.heading = TextId::kColumnNetworkAccess, .width = 110}},
+    .combos = {{.controlId = IDC_SITE_LIST_CHOICE,
+                .permission = SitePermission::kPeerNetworking,
+                .column = 1}},
+    .addTitle = TextId::kPeerAssistedAddSiteTitle,
+    .addPrompt = TextId::kPeerAssistedAddSitePrompt,
+    .showsStoredSize = false,
+};
 
 }  // namespace
 
@@ -68,9 +84,10 @@ int ComboItemForChoice(SiteChoice choice) {
   return choice >= kChoiceAsk && choice <= kChoiceBlock ? static_cast<int>(choice) : -1;
 }
 
-uint32_t ChoiceItemTextId(SiteChoice choice) {
+TextId ChoiceItemTextId(SiteChoice choice) {
   // Only "Ask" has a longer text in the choice lists.
-  return choice == kChoiceAllow || choice == kChoiceBlock ? ChoiceWordId(choice) : 11103;
+  return choice == kChoiceAllow || choice == kChoiceBlock ? ChoiceWordId(choice)
+                                                          : TextId::kChoiceWordAskPermission;
 }
 
 std::optional<size_t> FindSiteRow(const std::vector<std::string>& siteNames, size_t start,
@@ -92,14 +109,14 @@ std::optional<size_t> FindSiteRow(const std::vector<std::string>& siteNames, siz
   return std::nullopt;
 }
 
-uint32_t ChoiceWordId(SiteChoice choice) {
+TextId ChoiceWordId(SiteChoice choice) {
   switch (choice) {
     case kChoiceAllow:
-      return 11102;
+      return TextId::kChoiceWordAllow;
     case kChoiceBlock:
-      return 11100;
+      return TextId::kChoiceWordBlock;
     default:
-      return 11101;
+      return TextId::kChoiceWordAsk;
   }
 }
 
@@ -197,7 +214,7 @@ std::vector<SiteChoice> SiteListModel::CommonChoices(const std::vector<size_t>& 
 }
 
 bool SiteListModel::IsEditable(const std::string& site) const {
-  // A "domains" element that names the master settings would otherwise reach the master file
+  // A known-sites element that names the master settings would otherwise reach the master file
   // and, on removal, the whole settings folder.
   return site != SMSettingsManager::MasterDomain();
 }
@@ -213,7 +230,9 @@ void SiteListModel::ApplyChoice(size_t comboIndex, SiteChoice choice,
     ChoiceOf(row, comboIndex);
     if (!WriteSiteChoice(settings_, row.name, permission, choice)) continue;
     const bool dataRemoved = permission == SitePermission::kStorage && choice == kChoiceBlock;
-    if (dataRemoved) settings_.RemoveSite(row.name, false);
+    // Ignored on purpose: the size column is measured again below, so what could not be deleted
+    // still shows there, and these dialogs report nothing else to the user.
+    if (dataRemoved) (void)settings_.RemoveSite(row.name, false);
     // Another program may have listed the site twice: every row of it shows the one file.
     ForEachRowNamed(rowIndex, [&](Row& named) {
       named.choices[comboIndex] = choice;
@@ -235,8 +254,7 @@ void SiteListModel::ForEachRowNamed(size_t rowIndex, Visit visit) {
 }
 
 SiteListModel::AddOutcome SiteListModel::AddFromUser(SMUserPrompts& prompts) {
-  std::optional<SMAddSiteAnswer> answer =
-      prompts.RunAddSite(design_.addTitleId, design_.addPromptId);
+  std::optional<SMAddSiteAnswer> answer = prompts.RunAddSite(design_.addTitle, design_.addPrompt);
   if (!answer) return {false, std::nullopt};
   return {true, AddSite(answer->site, answer->choice)};
 }
@@ -244,8 +262,10 @@ SiteListModel::AddOutcome SiteListModel::AddFromUser(SMUserPrompts& prompts) {
 std::optional<size_t> SiteListModel::AddSite(const std::string& site, SiteChoice choice) {
   if (site.empty() || !IsEditable(site)) return std::nullopt;
   if (settings_.AddSite(site)) {
+    // Ignored on purpose: the row is read back from the store below, so a choice that could
+    // not be written shows as the site's defaults rather than as what was asked for.
     for (const SiteListCombo& combo : design_.combos) {
-      WriteSiteChoice(settings_, site, combo.permission, choice);
+      (void)WriteSiteChoice(settings_, site, combo.permission, choice);
     }
   }
   // The list then shows what a fresh fill would, whatever the writes did: a master file that
@@ -268,7 +288,7 @@ std::vector<size_t> SiteListModel::RemoveRows(std::vector<size_t> selectedRows) 
   for (size_t rowIndex : selectedRows) {
     if (rowIndex >= rows_.size()) continue;
     const std::string& site = rows_[rowIndex].name;
-    // Only sites that "domains" still lists are removed; a row that stays is stepped over.
+    // Only sites still listed as known are removed; a row that stays is stepped over.
     if (IsEditable(site) && IsKnownSite(settings_, site) && settings_.RemoveSite(site, true)) {
       removed[rowIndex] = true;
     }

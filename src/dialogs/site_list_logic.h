@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/user_prompts.h"
+#include "l10n/text_id.h"
 #include "settings/site_permissions.h"
 
 class SMSettingsManager;
@@ -17,7 +18,7 @@ class SMStringTable;
 enum class SiteListKind { kStorage, kCameraMic, kPeerNetworking };
 
 struct SiteListColumn {
-  uint32_t textId;
+  TextId heading;
   int width;  // pixels at 96 dots per inch
 };
 
@@ -30,13 +31,13 @@ struct SiteListCombo {
 
 struct SiteListDesign {
   int templateId;
-  uint32_t titleId;
-  uint32_t descriptionId;
-  uint32_t comboLabelId;
+  TextId title;
+  TextId description;
+  TextId comboLabel;
   std::vector<SiteListColumn> columns;
   std::vector<SiteListCombo> combos;
-  uint32_t addTitleId;
-  uint32_t addPromptId;
+  TextId addTitle;
+  TextId addPrompt;
   bool showsStoredSize;  // the storage list's second column
 };
 const SiteListDesign& DesignOf(SiteListKind kind);
@@ -46,8 +47,8 @@ const SiteListDesign& DesignOf(SiteListKind kind);
 SiteChoice ChoiceForComboItem(int item);
 int ComboItemForChoice(SiteChoice choice);
 // The long text of a combo item, and the short word a row shows.
-uint32_t ChoiceItemTextId(SiteChoice choice);
-uint32_t ChoiceWordId(SiteChoice choice);
+TextId ChoiceItemTextId(SiteChoice choice);
+TextId ChoiceWordId(SiteChoice choice);
 
 // What a list view looks for when the user types in it: a row whose site name begins with the
 // typed text (or, for a whole-name search, equals it), upper and lower case alike.
@@ -77,7 +78,7 @@ class SiteListModel {
 
   const SiteListDesign& design() const { return design_; }
 
-  // Reads "domains" again; every kept text is forgotten.
+  // Reads the known sites again; every kept text is forgotten.
   void Fill();
   size_t RowCount() const { return rows_.size(); }
   const std::string& SiteAt(size_t row) const { return rows_[row].name; }
@@ -99,7 +100,7 @@ class SiteListModel {
   AddOutcome AddFromUser(SMUserPrompts& prompts);
   std::optional<size_t> AddSite(const std::string& site, SiteChoice choice);
   // Removes the selected rows' sites with their settings and data. Rows whose site is not
-  // listed in "domains" or could not be removed stay; their new positions are returned (they
+  // listed as known sites or could not be removed stay; their new positions are returned (they
   // remain selected).
   std::vector<size_t> RemoveRows(std::vector<size_t> selectedRows);
 
@@ -107,7 +108,7 @@ class SiteListModel {
   struct Row {
     std::string name;
     std::string sortKey;
-    size_t listIndex;  // position in "domains": equal keys keep the newest first
+    size_t listIndex;  // position in the known sites: equal keys keep the newest first
     std::vector<std::optional<SiteChoice>> choices;  // per combo, once read
     std::optional<uint64_t> storedBytes;             // once measured
   };

@@ -6,35 +6,25 @@
 #include "dialogs/add_location_ids.h"
 #include "dialogs/trusted_locations_ids.h"
 #include "dialogs/trusted_locations_logic.h"
-#include "layout/dialog_layout.h"
 #include "platform/win32/utf16.h"
 
-namespace {
+TrustedLocationsDialog::TrustedLocationsDialog(SMSystem& system, SMStringTable& strings,
+                                               SMSettingsManager& settings)
+    : SMModalDialog(system, strings, IDD_TRUSTED_LOCATIONS), settings_(settings) {}
 
-constexpr uint32_t kTrustedLocationsUrlId = 13001;
-
-}  // namespace
-
-TrustedLocationsDialog::TrustedLocationsDialog(const SMAppObjects& objects)
-    : SMDialogObject(objects.system, objects.strings), settings_(objects.settings) {}
-
-void TrustedLocationsDialog::Run() {
-  RunModal(IDD_TRUSTED_LOCATIONS, GetActiveWindow());
+void TrustedLocationsDialog::SetTexts() {
+  SetCaption(TextId::kTrustedLocationsTitle);
+  SetControlText(IDC_TRUSTED_DESCRIPTION, TextId::kTrustedLocationsDescription);
+  SetControlLink(IDC_TRUSTED_HELP_LINK, TextId::kTrustedLocationsLink);
+  SetControlText(IDC_TRUSTED_ADD, TextId::kAddEllipsis);
+  SetControlText(IDC_TRUSTED_REMOVE, TextId::kRemove);
+  SetControlText(IDC_TRUSTED_CLOSE, TextId::kClose);
 }
 
-void TrustedLocationsDialog::Initialise() {
-  if (IsRightToLeftUser(system_)) MakeRightToLeft(window_);
-  std::optional<std::wstring> title = GetText(81000);
-  SetWindowTextW(window_, title ? title->c_str() : L"");
-  SetControlText(IDC_TRUSTED_DESCRIPTION, 81001);
-  SetControlLink(IDC_TRUSTED_HELP_LINK, 81002);
-  SetControlText(IDC_TRUSTED_ADD, 11005);
-  SetControlText(IDC_TRUSTED_REMOVE, 11009);
-  SetControlText(IDC_TRUSTED_CLOSE, 11003);
+LRESULT TrustedLocationsDialog::OnStart() {
   list_ = GetDlgItem(window_, IDC_TRUSTED_LIST);
-  FitDialogToTexts(window_);
-
-  std::optional<std::wstring> heading = GetText(81003);
+  // The column fills the list as the layout left it.
+  std::optional<std::wstring> heading = GetText(TextId::kColumnTrustedLocation);
   RECT client{};
   GetClientRect(list_, &client);
   LVCOLUMNW column{};
@@ -43,6 +33,7 @@ void TrustedLocationsDialog::Initialise() {
   column.pszText = heading ? heading->data() : const_cast<wchar_t*>(L"");
   SendMessageW(list_, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
   FillList();
+  return TRUE;
 }
 
 void TrustedLocationsDialog::FillList() {
@@ -65,13 +56,9 @@ void TrustedLocationsDialog::InsertRow(int index, const std::string& location) {
   locations_.insert(locations_.begin() + inserted, location);
 }
 
-bool TrustedLocationsDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam,
-                                       LRESULT& result) {
+bool TrustedLocationsDialog::OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam,
+                                             LRESULT& result) {
   switch (message) {
-    case WM_INITDIALOG:
-      Initialise();
-      result = TRUE;
-      return true;
     case WM_COMMAND:
       if (HIWORD(wParam) != BN_CLICKED) return false;
       switch (LOWORD(wParam)) {
@@ -98,7 +85,7 @@ bool TrustedLocationsDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lPara
 bool TrustedLocationsDialog::OnNotify(const NMHDR& header, LRESULT& result) {
   if (header.idFrom == IDC_TRUSTED_HELP_LINK &&
       (header.code == NM_CLICK || header.code == NM_RETURN)) {
-    OpenHelpLink(kTrustedLocationsUrlId);
+    OpenHelpLink(TextId::kTrustedLocationsUrl);
     return true;
   }
   if (header.hwndFrom != list_) return false;
@@ -152,7 +139,7 @@ bool TrustedLocationsDialog::EndLabelEdit(int row, const wchar_t* text) {
 
 void TrustedLocationsDialog::Add() {
   AddLocationDialog dialog(system_, strings_);
-  if (!dialog.Run(GetActiveWindow())) return;
+  if (!dialog.RunConfirmed()) return;
   std::optional<std::string> location = ToUtf8(dialog.location());
   if (!location) return;
   if (AddTrustedLocation(settings_, *location) == TrustedChange::kWritten) {

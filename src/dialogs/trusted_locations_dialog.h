@@ -3,22 +3,22 @@
 #include <string>
 #include <vector>
 
-#include "app/app_startup.h"
-#include "app/dialog_object.h"
+#include "app/modal_dialog.h"
+
+class SMSettingsManager;
 
 // "Trusted Location Settings": the list of trusted files and folders, with Add, in-place
 // editing and Remove. Every change is in the master settings file at once.
-class TrustedLocationsDialog : public SMDialogObject {
+class TrustedLocationsDialog : public SMModalDialog {
  public:
-  explicit TrustedLocationsDialog(const SMAppObjects& objects);
-  // Runs the dialog over the active window.
-  void Run();
+  TrustedLocationsDialog(SMSystem& system, SMStringTable& strings, SMSettingsManager& settings);
 
  protected:
-  bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+  void SetTexts() override;
+  LRESULT OnStart() override;
+  bool OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 
  private:
-  void Initialise();
   // Shows the setting as it is now.
   void FillList();
   void InsertRow(int index, const std::string& location);

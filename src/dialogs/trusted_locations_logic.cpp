@@ -19,16 +19,12 @@ SettingArray CurrentLocations(SMSettingsManager& settings) {
 }
 
 TrustedChange Store(SMSettingsManager& settings, SettingArray locations) {
-  std::optional<SettingValue> former;
-  if (const SettingValue* value = StoredValue(settings)) former = *value;
-  if (settings.SetValue(SMSettingsManager::MasterDomain(),
-                        SettingValue::Array(kTrustedPaths.name, std::move(locations)))) {
-    return TrustedChange::kWritten;
-  }
-  // The file still holds the former value, and so must memory: a later write of any other
-  // global setting would otherwise store this change after all.
-  if (former) settings.GetSettingsTable(SMSettingsManager::MasterDomain())->Insert(*former);
-  return TrustedChange::kWriteFailed;
+  // A failed write leaves the former locations in memory too: a later write of any other global
+  // setting would otherwise store this change after all.
+  return settings.SetValueOrRestore(SMSettingsManager::MasterDomain(),
+                                    SettingValue::Array(kTrustedPaths.name, std::move(locations)))
+             ? TrustedChange::kWritten
+             : TrustedChange::kWriteFailed;
 }
 
 std::optional<size_t> IndexOf(const SettingArray& locations, const std::string& location) {

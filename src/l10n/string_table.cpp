@@ -60,8 +60,8 @@ int32_t FindIndexPosition(uint32_t id) {
 
 }  // namespace
 
-const char* SMStringTable::GetString(uint32_t id) {
-  const int32_t position = FindIndexPosition(id);
+const char* SMStringTable::GetString(TextId id) {
+  const int32_t position = FindIndexPosition(static_cast<uint32_t>(id));
   if (position < 0) return nullptr;
   int language = GetLanguageIndex();
   if (language < 0 || language >= kStringLanguageCount) language = kEnglishUS;

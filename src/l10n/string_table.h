@@ -5,15 +5,14 @@
 #include "l10n/text_id.h"
 #include "platform/system.h"
 
-// Every user-visible text, by its numeric identifier, in the user's interface language.
+// Every user-visible text, by its name, in the user's interface language.
 class SMStringTable {
  public:
   virtual ~SMStringTable() = default;
   // 0..35, the column of the text matrix.
   virtual int GetLanguageIndex() = 0;
   // The UTF-8 text of id in the table's language; nullptr when the id is not in the table.
-  const char* GetString(uint32_t id);
-  const char* GetString(TextId id) { return GetString(static_cast<uint32_t>(id)); }
+  const char* GetString(TextId id);
 };
 
 // Picks the language once, from the user's default interface language, and keeps it.

@@ -255,14 +255,17 @@ void GrowPopupTo(HWND dialog, int clientHeight) {
   RECT client{};
   GetClientRect(dialog, &client);
   int grow = clientHeight - client.bottom;
-  if (grow <= 0) return;
-  RECT frame{};
-  GetWindowRect(dialog, &frame);
-  SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top + grow,
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  if (grow > 0) GrowWindowHeight(dialog, grow);
 }
 
 }  // namespace
+
+void GrowWindowHeight(HWND window, int grow) {
+  RECT frame{};
+  GetWindowRect(window, &frame);
+  SetWindowPos(window, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top + grow,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
 
 int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
   RECT client{};

@@ -17,3 +17,6 @@ int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds = {}
 // that proportion (MulDiv(pixels, dpi, 96)).
 int DotsPerInch(HWND window);
 int ScaledPixels(HWND window, int pixelsAt96);
+
+// Makes the window taller by `grow` pixels, keeping its place and its width.
+void GrowWindowHeight(HWND window, int grow);

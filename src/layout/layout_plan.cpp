@@ -176,24 +176,20 @@ class Planner {
     std::sort(overflow.begin(), overflow.end(),
               [&](size_t a, size_t b) { return rects_[a].left < rects_[b].left; });
     int rowBottom = rects_[index].bottom;
-    for (size_t other : overflow) rowBottom = std::max(rowBottom, rects_[other].bottom);
+    int tallest = 0;
+    for (size_t other : overflow) {
+      rowBottom = std::max(rowBottom, rects_[other].bottom);
+      tallest = std::max(tallest, rects_[other].height());
+    }
+    // The row's own controls all start above rowBottom, so only what lies below moves.
+    MoveDownFrom(rowBottom, gap_ + tallest, index);
     int top = rowBottom + gap_;
     int left = rects_[index].left;
-    int newRowBottom = top;
     for (size_t other : overflow) {
       LayoutRect& moved = rects_[other];
       int width = moved.width();
       moved = LayoutRect{left, top, left + width, top + moved.height()};
       left += width + gap_;
-      newRowBottom = std::max(newRowBottom, moved.bottom);
-    }
-    int by = newRowBottom - rowBottom;
-    for (size_t other = 0; other < rects_.size(); ++other) {
-      bool inRow =
-          other == index || std::find(overflow.begin(), overflow.end(), other) != overflow.end();
-      if (inRow || controls_[other].bottomBlock || rects_[other].top < rowBottom) continue;
-      rects_[other].top += by;
-      rects_[other].bottom += by;
     }
   }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 class SMPrivateDataFolder;
 class SMUserPrompts;
 
@@ -14,8 +12,3 @@ enum class DeauthorizeOutcome {
 // "Deauthorize This Computer…": after the user confirms, deletes the protected-content licence
 // files; when that fails the user is told that some are left.
 DeauthorizeOutcome DeauthorizeComputer(SMUserPrompts& prompts, SMPrivateDataFolder& privateData);
-
-// The confirmation: two paragraphs and a caption.
-inline constexpr uint32_t kDeauthorizeTextId = 41105;
-inline constexpr uint32_t kDeauthorizeCloseBrowsersId = 41106;
-inline constexpr uint32_t kDeauthorizeCaptionId = 41104;

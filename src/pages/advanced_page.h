@@ -12,5 +12,5 @@ class AdvancedPage : public SettingsPage {
  protected:
   void SetTexts() override;
   bool OnButtonClicked(int controlId) override;
-  uint32_t LinkUrlId(int controlId) override;
+  std::optional<TextId> LinkUrlId(int controlId) override;
 };

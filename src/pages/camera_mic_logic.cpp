@@ -31,8 +31,8 @@ int ApplyCameraMicChoice(SMSettingsManager& settings, int chosenIndex) {
   const SiteChoice siteChoice = block ? kChoiceBlock : kChoiceAsk;
   for (const std::string& site : KnownSiteNames(settings)) {
     if (site.empty()) continue;
-    WriteSiteChoice(settings, site, SitePermission::kCameraOther, siteChoice);
-    WriteSiteChoice(settings, site, SitePermission::kCameraSecure, siteChoice);
+    (void)WriteSiteChoice(settings, site, SitePermission::kCameraOther, siteChoice);
+    (void)WriteSiteChoice(settings, site, SitePermission::kCameraSecure, siteChoice);
   }
   return chosenIndex;
 }

@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "app/radio_group.h"
 #include "dialogs/site_list_dialog.h"
 #include "layout/dialog_layout.h"
 #include "pages/camera_mic_logic.h"
@@ -18,23 +19,22 @@ CameraMicPage::CameraMicPage(const SMAppObjects& objects)
     : SettingsPage(IDD_CAMERA_MIC_PAGE, objects) {}
 
 void CameraMicPage::SetTexts() {
-  SetControlText(IDC_CAMERA_MIC_HEADING, 31001);
-  SetControlText(IDC_CAMERA_MIC_ASK, 31002);
-  SetControlText(IDC_CAMERA_MIC_BLOCK, 31003);
-  SetControlText(IDC_CAMERA_MIC_BY_SITE, 31004);
+  SetControlText(IDC_CAMERA_MIC_HEADING, TextId::kCameraMicHeading);
+  SetControlText(IDC_CAMERA_MIC_ASK, TextId::kCameraMicAsk);
+  SetControlText(IDC_CAMERA_MIC_BLOCK, TextId::kCameraMicBlock);
+  SetControlText(IDC_CAMERA_MIC_BY_SITE, TextId::kCameraMicBySite);
   SetNoticeTexts();
 }
 
 void CameraMicPage::RefreshFromSettings() {
   // The administrator's lock is not consulted here: after a return to the tab the radio shows
   // what is stored, while the controls stay disabled.
-  WriteRadioGroup(IDC_CAMERA_MIC_ASK, ReadCameraMicIndex(objects_.settings));
+  WriteRadioGroup(window_, IDC_CAMERA_MIC_ASK, ReadCameraMicIndex(objects_.settings));
 }
 
 bool CameraMicPage::OnButtonClicked(int controlId) {
   if (controlId == IDC_CAMERA_MIC_BY_SITE) {
-    CameraMicBySiteDialog dialog(objects_.system, objects_.strings, objects_.settings,
-                                 IsRightToLeftUser(objects_.system));
+    CameraMicBySiteDialog dialog(objects_.system, objects_.strings, objects_.settings);
     dialog.Run();
     RefreshFromSettings();
     return true;
@@ -43,7 +43,7 @@ bool CameraMicPage::OnButtonClicked(int controlId) {
     return SettingsPage::OnButtonClicked(controlId);
   }
   // The radio keeps the user's choice even when it could not be stored.
-  ApplyCameraMicChoice(objects_.settings, ReadRadioGroup(IDC_CAMERA_MIC_ASK));
+  ApplyCameraMicChoice(objects_.settings, ReadRadioGroup(window_, IDC_CAMERA_MIC_ASK));
   return true;
 }
 
@@ -52,7 +52,7 @@ void CameraMicPage::AfterInit() {
 }
 
 void CameraMicPage::ApplyAdministratorLock() {
-  WriteRadioGroup(IDC_CAMERA_MIC_ASK, kCameraMicBlock);
+  WriteRadioGroup(window_, IDC_CAMERA_MIC_ASK, kCameraMicBlock);
   for (int id :
        {IDC_CAMERA_MIC_HEADING, IDC_CAMERA_MIC_ASK, IDC_CAMERA_MIC_BLOCK, IDC_CAMERA_MIC_BY_SITE}) {
     EnableWindow(GetDlgItem(window_, id), FALSE);
@@ -72,7 +72,7 @@ void CameraMicPage::ApplyAdministratorLock() {
   MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&heading), 2);
   MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&button), 2);
   GetClientRect(window_, &client);
-  std::optional<std::wstring> text = GetText(31005);
+  std::optional<std::wstring> text = GetText(TextId::kCameraMicAdminBlocked);
   TTTOOLINFOW tool{};
   tool.cbSize = sizeof tool;
   tool.uFlags = TTF_SUBCLASS;

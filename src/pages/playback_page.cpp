@@ -1,5 +1,6 @@
 #include "pages/playback_page.h"
 
+#include "app/radio_group.h"
 #include "dialogs/site_list_dialog.h"
 #include "pages/playback_logic.h"
 #include "pages/playback_page_ids.h"
@@ -8,12 +9,12 @@ PlaybackPage::PlaybackPage(const SMAppObjects& objects)
     : SettingsPage(IDD_PLAYBACK_PAGE, objects) {}
 
 void PlaybackPage::SetTexts() {
-  SetControlText(IDC_P2P_HEADING, 41001);
-  SetControlText(IDC_P2P_EXPLANATION, 41002);
-  SetControlText(IDC_P2P_ASK, 41004);
-  SetControlText(IDC_P2P_BLOCK, 41005);
-  SetControlText(IDC_P2P_BY_SITE, 41006);
-  SetControlLink(IDC_P2P_HELP_LINK, 41003);
+  SetControlText(IDC_P2P_HEADING, TextId::kPeerAssistedHeading);
+  SetControlText(IDC_P2P_EXPLANATION, TextId::kPeerAssistedExplanation);
+  SetControlText(IDC_P2P_ASK, TextId::kPeerAssistedAsk);
+  SetControlText(IDC_P2P_BLOCK, TextId::kPeerAssistedBlock);
+  SetControlText(IDC_P2P_BY_SITE, TextId::kPeerAssistedBySite);
+  SetControlLink(IDC_P2P_HELP_LINK, TextId::kPeerAssistedLink);
   SetNoticeTexts();
 }
 
@@ -24,13 +25,12 @@ void PlaybackPage::RefreshFromSettings() {
 void PlaybackPage::ShowView(const PlaybackView& view) {
   index_ = view.index;
   EnableWindow(GetDlgItem(window_, IDC_P2P_BY_SITE), view.bySiteEnabled);
-  WriteRadioGroup(IDC_P2P_ASK, index_);
+  WriteRadioGroup(window_, IDC_P2P_ASK, index_);
 }
 
 bool PlaybackPage::OnButtonClicked(int controlId) {
   if (controlId == IDC_P2P_BY_SITE) {
-    PeerNetworkingBySiteDialog dialog(objects_.system, objects_.strings, objects_.settings,
-                                      IsRightToLeftUser(objects_.system));
+    PeerNetworkingBySiteDialog dialog(objects_.system, objects_.strings, objects_.settings);
     dialog.Run();
     RefreshFromSettings();
     return true;
@@ -38,10 +38,11 @@ bool PlaybackPage::OnButtonClicked(int controlId) {
   if (controlId != IDC_P2P_ASK && controlId != IDC_P2P_BLOCK) {
     return SettingsPage::OnButtonClicked(controlId);
   }
-  ShowView(ApplyPlaybackChoice(objects_.settings, index_, ReadRadioGroup(IDC_P2P_ASK)));
+  ShowView(ApplyPlaybackChoice(objects_.settings, index_, ReadRadioGroup(window_, IDC_P2P_ASK)));
   return true;
 }
 
-uint32_t PlaybackPage::LinkUrlId(int controlId) {
-  return controlId == IDC_P2P_HELP_LINK ? 13002 : SettingsPage::LinkUrlId(controlId);
+std::optional<TextId> PlaybackPage::LinkUrlId(int controlId) {
+  return controlId == IDC_P2P_HELP_LINK ? TextId::kPeerAssistedUrl
+                                        : SettingsPage::LinkUrlId(controlId);
 }

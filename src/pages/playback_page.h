@@ -12,7 +12,7 @@ class PlaybackPage : public SettingsPage {
  protected:
   void SetTexts() override;
   bool OnButtonClicked(int controlId) override;
-  uint32_t LinkUrlId(int controlId) override;
+  std::optional<TextId> LinkUrlId(int controlId) override;
 
  private:
   void ShowView(const PlaybackView& view);

@@ -51,7 +51,10 @@ double StorageLimitForIndex(int index) {
 int ApplyStorageChoice(SMSettingsManager& settings, SMUserPrompts& prompts, int previousIndex,
                        int chosenIndex) {
   const SiteChoice choice = ChoiceForStorageRadio(chosenIndex);
-  if (choice == kChoiceBlock && !prompts.ConfirmBox(21102, 21103, 21100)) return previousIndex;
+  if (choice == kChoiceBlock &&
+      !prompts.ConfirmBox(TextId::kStorageBlockAllText, TextId::kStorageBlockAllDeletesData,
+                          TextId::kStorageBlockAllCaption))
+    return previousIndex;
   bool stored = settings.SetValue(
       SMSettingsManager::MasterDomain(),
       SettingValue::Number(kDefaultStorageLimit.name, StorageLimitForChoice(choice)));

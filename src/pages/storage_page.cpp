@@ -1,5 +1,7 @@
 #include "pages/storage_page.h"
 
+#include "app/message_box_prompts.h"
+#include "app/radio_group.h"
 #include "dialogs/clear_data_dialog.h"
 #include "dialogs/site_list_dialog.h"
 #include "pages/storage_logic.h"
@@ -8,24 +10,24 @@
 StoragePage::StoragePage(const SMAppObjects& objects) : SettingsPage(IDD_STORAGE_PAGE, objects) {}
 
 void StoragePage::SetTexts() {
-  SetControlText(IDC_STORAGE_HEADING, 21001);
-  SetControlText(IDC_STORAGE_EXPLANATION, 21002);
-  SetControlText(IDC_STORAGE_ALLOW, 21004);
-  SetControlText(IDC_STORAGE_ASK, 21005);
-  SetControlText(IDC_STORAGE_BLOCK, 21006);
-  SetControlText(IDC_STORAGE_BY_SITE, 21007);
+  SetControlText(IDC_STORAGE_HEADING, TextId::kStorageHeading);
+  SetControlText(IDC_STORAGE_EXPLANATION, TextId::kStorageExplanation);
+  SetControlText(IDC_STORAGE_ALLOW, TextId::kStorageAllow);
+  SetControlText(IDC_STORAGE_ASK, TextId::kStorageAsk);
+  SetControlText(IDC_STORAGE_BLOCK, TextId::kStorageBlock);
+  SetControlText(IDC_STORAGE_BY_SITE, TextId::kStorageBySite);
   // "Delete All…", not the template's caption.
-  SetControlText(IDC_STORAGE_DELETE_ALL, 11006);
-  SetControlText(IDC_PRIVATE_BROWSING_HEADING, 21300);
-  SetControlText(IDC_PRIVATE_BROWSING_EXPLANATION, 21301);
-  SetControlLink(IDC_STORAGE_PRIVACY_LINK, 21106);
-  SetControlLink(IDC_PRIVATE_BROWSING_LINK, 21302);
+  SetControlText(IDC_STORAGE_DELETE_ALL, TextId::kDeleteAll);
+  SetControlText(IDC_PRIVATE_BROWSING_HEADING, TextId::kPrivateBrowsingHeading);
+  SetControlText(IDC_PRIVATE_BROWSING_EXPLANATION, TextId::kPrivateBrowsingExplanation);
+  SetControlLink(IDC_STORAGE_PRIVACY_LINK, TextId::kPrivacyControlsLink);
+  SetControlLink(IDC_PRIVATE_BROWSING_LINK, TextId::kPrivateBrowsingLink);
   SetNoticeTexts();
 }
 
 void StoragePage::RefreshFromSettings() {
   index_ = ReadStorageIndex(objects_.settings);
-  WriteRadioGroup(IDC_STORAGE_ALLOW, index_);
+  WriteRadioGroup(window_, IDC_STORAGE_ALLOW, index_);
 }
 
 bool StoragePage::OnButtonClicked(int controlId) {
@@ -34,14 +36,14 @@ bool StoragePage::OnButtonClicked(int controlId) {
     case IDC_STORAGE_ASK:
     case IDC_STORAGE_BLOCK: {
       const int previous = index_;
-      index_ =
-          ApplyStorageChoice(objects_.settings, *this, previous, ReadRadioGroup(IDC_STORAGE_ALLOW));
-      WriteRadioGroup(IDC_STORAGE_ALLOW, index_);
+      SMMessageBoxPrompts prompts(objects_.system, objects_.strings, window_);
+      index_ = ApplyStorageChoice(objects_.settings, prompts, previous,
+                                  ReadRadioGroup(window_, IDC_STORAGE_ALLOW));
+      WriteRadioGroup(window_, IDC_STORAGE_ALLOW, index_);
       return true;
     }
     case IDC_STORAGE_BY_SITE: {
-      StorageBySiteDialog dialog(objects_.system, objects_.strings, objects_.settings,
-                                 IsRightToLeftUser(objects_.system));
+      StorageBySiteDialog dialog(objects_.system, objects_.strings, objects_.settings);
       dialog.Run();
       RefreshFromSettings();
       return true;
@@ -54,12 +56,12 @@ bool StoragePage::OnButtonClicked(int controlId) {
   }
 }
 
-uint32_t StoragePage::LinkUrlId(int controlId) {
+std::optional<TextId> StoragePage::LinkUrlId(int controlId) {
   switch (controlId) {
     case IDC_STORAGE_PRIVACY_LINK:
-      return 13000;
+      return TextId::kPrivacyControlsUrl;
     case IDC_PRIVATE_BROWSING_LINK:
-      return 13004;
+      return TextId::kPrivateBrowsingUrl;
     default:
       return SettingsPage::LinkUrlId(controlId);
   }

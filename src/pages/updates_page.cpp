@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "app/radio_group.h"
 #include "pages/updates_logic.h"
 #include "pages/updates_page_ids.h"
 #include "platform/update_service.h"
@@ -37,18 +38,18 @@ void MoveUp(HWND page, int controlId, int pixels) {
 UpdatesPage::UpdatesPage(const SMAppObjects& objects) : SettingsPage(IDD_UPDATES_PAGE, objects) {}
 
 void UpdatesPage::SetTexts() {
-  SetControlText(IDC_UPDATES_HEADING, 101200);
-  SetControlText(IDC_UPDATES_EXPLANATION, 101201);
-  SetControlText(IDC_UPDATES_AUTOMATIC, 101202);
-  SetControlText(IDC_UPDATES_NOTIFY, 101209);
-  SetControlText(IDC_UPDATES_NEVER, 101203);
-  SetControlText(IDC_UPDATES_CHANGE, 101208);
-  SetControlText(IDC_UPDATES_CHECK_NOW, 101205);
-  SetControlText(IDC_ACTIVEX_VERSION_LABEL, 102000);
-  SetControlText(IDC_NPAPI_VERSION_LABEL, 102001);
-  SetControlText(IDC_PPAPI_VERSION_LABEL, 103002);
+  SetControlText(IDC_UPDATES_HEADING, TextId::kUpdatesTitle);
+  SetControlText(IDC_UPDATES_EXPLANATION, TextId::kUpdatesExplanation);
+  SetControlText(IDC_UPDATES_AUTOMATIC, TextId::kUpdatesAutomatic);
+  SetControlText(IDC_UPDATES_NOTIFY, TextId::kUpdatesNotify);
+  SetControlText(IDC_UPDATES_NEVER, TextId::kUpdatesNever);
+  SetControlText(IDC_UPDATES_CHANGE, TextId::kUpdatesChange);
+  SetControlText(IDC_UPDATES_CHECK_NOW, TextId::kUpdatesCheckNow);
+  SetControlText(IDC_ACTIVEX_VERSION_LABEL, TextId::kActiveXVersionLabel);
+  SetControlText(IDC_NPAPI_VERSION_LABEL, TextId::kNpapiVersionLabel);
+  SetControlText(IDC_PPAPI_VERSION_LABEL, TextId::kPpapiVersionLabel);
   for (int id : {IDC_ACTIVEX_VERSION, IDC_NPAPI_VERSION, IDC_PPAPI_VERSION}) {
-    SetControlText(id, 102002);
+    SetControlText(id, TextId::kVersionNotInstalled);
   }
   SendMessageW(GetDlgItem(window_, IDC_UPDATES_CHANGE), BCM_SETSHIELD, 0, 1);
   // The versions and the hidden lines are known before the layout fits the page.
@@ -57,7 +58,7 @@ void UpdatesPage::SetTexts() {
 
 void UpdatesPage::RefreshFromSettings() {
   mode_ = ReadUpdateMode(objects_.adminConfig);
-  WriteRadioGroup(IDC_UPDATES_AUTOMATIC, mode_);
+  WriteRadioGroup(window_, IDC_UPDATES_AUTOMATIC, mode_);
 }
 
 bool UpdatesPage::OnButtonClicked(int controlId) {
@@ -67,8 +68,8 @@ bool UpdatesPage::OnButtonClicked(int controlId) {
     case IDC_UPDATES_NEVER: {
       const int previous = mode_;
       mode_ = ApplyUpdatesChoice(objects_.system, &objects_.adminConfig, previous,
-                                 ReadRadioGroup(IDC_UPDATES_AUTOMATIC));
-      WriteRadioGroup(IDC_UPDATES_AUTOMATIC, mode_);
+                                 ReadRadioGroup(window_, IDC_UPDATES_AUTOMATIC));
+      WriteRadioGroup(window_, IDC_UPDATES_AUTOMATIC, mode_);
       return true;
     }
     case IDC_UPDATES_CHANGE:
@@ -76,7 +77,7 @@ bool UpdatesPage::OnButtonClicked(int controlId) {
       return true;
     case IDC_UPDATES_CHECK_NOW:
       // The vendor's update page; a missing address still makes the same call, with no target.
-      objects_.system.OpenUrl(window_, objects_.strings.GetString(13009));
+      objects_.system.OpenUrl(window_, objects_.strings.GetString(TextId::kUpdatesWebPageUrl));
       return true;
     default:
       return SettingsPage::OnButtonClicked(controlId);

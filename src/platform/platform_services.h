@@ -30,6 +30,9 @@ class SMPlatformServices {
                                uint64_t maxAgeSeconds) = 0;
   // Bytes of a file, or of every file below a folder; 0 when absent.
   virtual uint64_t TreeSize(const std::string& path) = 0;
+  // TreeSize of a path that is normally one plain file. Start asks it for every known site, so
+  // a platform where a file's size can be had without opening the file answers it that way.
+  virtual uint64_t FileSize(const std::string& path) { return TreeSize(path); }
   // Creates parent + separator + name; the parent may be missing, but not its own parent.
   virtual bool CreateFolder(const std::string& parent, const std::string& name) = 0;
   virtual const std::string& PathSeparator();

@@ -23,34 +23,27 @@ SettingValue& SettingValue::operator=(const SettingValue& other) {
   return *this;
 }
 
+// Each factory starts from the bare name and type byte and sets what the type holds.
 SettingValue SettingValue::Number(std::string name, double number) {
-  SettingValue value;
-  value.name_ = std::move(name);
-  value.type_ = kSettingNumber;
+  SettingValue value = OfUnknownType(std::move(name), kSettingNumber);
   value.number_ = number;
   return value;
 }
 
 SettingValue SettingValue::Boolean(std::string name, bool flag) {
-  SettingValue value;
-  value.name_ = std::move(name);
-  value.type_ = kSettingBoolean;
+  SettingValue value = OfUnknownType(std::move(name), kSettingBoolean);
   value.flag_ = flag;
   return value;
 }
 
 SettingValue SettingValue::String(std::string name, std::string text) {
-  SettingValue value;
-  value.name_ = std::move(name);
-  value.type_ = kSettingString;
+  SettingValue value = OfUnknownType(std::move(name), kSettingString);
   value.text_ = std::move(text);
   return value;
 }
 
 SettingValue SettingValue::Array(std::string name, SettingArray elements) {
-  SettingValue value;
-  value.name_ = std::move(name);
-  value.type_ = kSettingArray;
+  SettingValue value = OfUnknownType(std::move(name), kSettingArray);
   value.array_ = std::make_unique<SettingArray>(std::move(elements));
   return value;
 }

@@ -62,6 +62,11 @@ class SettingArray {
   const SettingValue& operator[](size_t index) const { return elements_[index]; }
   SettingValue& operator[](size_t index) { return elements_[index]; }
   void RemoveAt(size_t index) { elements_.erase(elements_.begin() + static_cast<long>(index)); }
+  // Removes every element the predicate picks, in one pass that keeps the others' order.
+  template <typename Predicate>
+  void RemoveIf(Predicate remove) {
+    std::erase_if(elements_, remove);
+  }
   auto begin() const { return elements_.begin(); }
   auto end() const { return elements_.end(); }
 

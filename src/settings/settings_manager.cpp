@@ -111,10 +111,12 @@ bool SMSettingsManager::LoadMasterSettings() {
   if (isNew) master = std::make_unique<SettingsTable>();
   cache_.clear();
   cache_[MasterDomain()] = std::move(master);
-  if (isNew) WriteSettingsFile(MasterDomain());
-  EnsureGlobalDefaults();
+  // A master file that cannot be written does not stop the start: the values stay in memory
+  // and every later change tries the file again.
+  if (isNew) (void)WriteSettingsFile(MasterDomain());
+  (void)EnsureGlobalDefaults();
   if (!GetSettingsTable(MasterDomain())->Contains(kKnownSites.name)) {
-    SetValue(MasterDomain(), DefaultValueOf(kKnownSites));
+    (void)SetValue(MasterDomain(), DefaultValueOf(kKnownSites));
   }
   PruneKnownSites();
   return true;
@@ -133,7 +135,8 @@ SettingsTable* SMSettingsManager::GetSettingsTable(const std::string& domain) {
   if (isNew) table = std::make_unique<SettingsTable>();
   SettingsTable* result = table.get();
   cache_[domain] = std::move(table);
-  if (isNew) WriteSettingsFile(domain);
+  // An empty table serves all the same when that write fails; the next change tries again.
+  if (isNew) (void)WriteSettingsFile(domain);
   return result;
 }
 
@@ -149,6 +152,19 @@ std::vector<std::string> SMSettingsManager::GetNames(const std::string& domain) 
 bool SMSettingsManager::SetValue(const std::string& domain, const SettingValue& value) {
   GetSettingsTable(domain)->Insert(value);
   return WriteSettingsFile(domain);
+}
+
+bool SMSettingsManager::SetValueOrRestore(const std::string& domain, const SettingValue& value) {
+  SettingsTable& table = *GetSettingsTable(domain);
+  std::optional<SettingValue> former;
+  if (const SettingValue* current = table.Find(value.name())) former = *current;
+  if (SetValue(domain, value)) return true;
+  if (former) {
+    table.Insert(std::move(*former));
+  } else {
+    table.Remove(value.name());
+  }
+  return false;
 }
 
 bool SMSettingsManager::WriteSettingsFile(const std::string& domain) {

@@ -24,7 +24,7 @@ class SMSettingsManager {
   virtual ~SMSettingsManager();
 
   // Deletes the site's stored data (also under "#AppContainer" on Windows).
-  virtual bool RemoveSiteStoredData(const std::string& site);
+  [[nodiscard]] virtual bool RemoveSiteStoredData(const std::string& site);
 
   static const std::string& MasterDomain();  // "___MASTER_DOMAIN"
   // Where the settings files of the player's data root are kept.
@@ -40,20 +40,24 @@ class SMSettingsManager {
     return ValueAs<T>(GetValue(domain, name));
   }
   std::vector<std::string> GetNames(const std::string& domain);
-  // Inserts or replaces the value and writes the domain's file; the write's result.
-  bool SetValue(const std::string& domain, const SettingValue& value);
-  bool WriteSettingsFile(const std::string& domain);
-  bool EnsureGlobalDefaults();
+  // Inserts or replaces the value and writes the domain's file; the write's result. A failed
+  // write leaves the new value in memory, and the next write of the domain stores it.
+  [[nodiscard]] bool SetValue(const std::string& domain, const SettingValue& value);
+  // As SetValue, but when the write fails the domain holds its former value again (or none),
+  // so that memory matches the file and a later write of another value does not store this one.
+  [[nodiscard]] bool SetValueOrRestore(const std::string& domain, const SettingValue& value);
+  [[nodiscard]] bool WriteSettingsFile(const std::string& domain);
+  [[nodiscard]] bool EnsureGlobalDefaults();
 
   // Per-site settings.
-  bool EnsureSiteDefaults(const std::string& site);
-  // The master "domains" array, or nullptr.
+  [[nodiscard]] bool EnsureSiteDefaults(const std::string& site);
+  // The master list of known sites, or nullptr.
   const SettingArray* GetKnownSites();
-  bool AddSite(const std::string& site);
-  bool RemoveSite(const std::string& site, bool removeSettings);
-  bool DeleteSiteSettings(const std::string& site, bool fileOnly);
+  [[nodiscard]] bool AddSite(const std::string& site);
+  [[nodiscard]] bool RemoveSite(const std::string& site, bool removeSettings);
+  [[nodiscard]] bool DeleteSiteSettings(const std::string& site, bool fileOnly);
   uint64_t GetSiteStoredBytes(const std::string& baseFolder, const std::string& site);
-  bool RemoveAllSites(bool includeSettings);
+  [[nodiscard]] bool RemoveAllSites(bool includeSettings);
   void PruneKnownSites();
 
   const std::string& dataRoot() const;
@@ -65,9 +69,6 @@ class SMSettingsManager {
 
   // The folder of site data kept for sandboxed browsers (Windows only; empty elsewhere).
   const std::string& appContainerFolder() const { return appContainerFolder_; }
-
-  // Forgets the site defaults taken from the master file, as a new run of the program would.
-  void ResetSiteDefaultsForTesting() { siteDefaults_.reset(); }
 
  protected:
   SMPlatformServices& platform() { return platform_; }
@@ -83,7 +84,10 @@ class SMSettingsManager {
   // touch it (see MayDeleteSiteFolder).
   std::optional<std::string> SiteFolderIn(const std::string& baseFolder,
                                           const std::string& site) const;
-  bool StoreKnownSites(const SettingArray& sites);
+  [[nodiscard]] bool StoreKnownSites(const SettingArray& sites);
+  // The master list of known sites itself, to change before writing the master file; nullptr
+  // when GetKnownSites has none.
+  SettingArray* KnownSitesInPlace();
 
   std::string dataRoot_;
   std::string storedDataFolder_;

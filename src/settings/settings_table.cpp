@@ -22,6 +22,17 @@ void SettingsTable::Insert(SettingValue&& value) {
   bucket.push_back(std::make_unique<SettingValue>(std::move(value)));
 }
 
+bool SettingsTable::Remove(const std::string& name) {
+  auto& bucket = buckets_[BucketOf(name)];
+  for (auto entry = bucket.begin(); entry != bucket.end(); ++entry) {
+    if ((*entry)->name() == name) {
+      bucket.erase(entry);
+      return true;
+    }
+  }
+  return false;
+}
+
 const SettingValue* SettingsTable::Find(const std::string& name) const {
   for (const auto& entry : buckets_[BucketOf(name)]) {
     if (entry->name() == name) return entry.get();

@@ -22,6 +22,8 @@ class SettingsTable {
   // Inserts a copy of the value under its name, or replaces the value already there.
   void Insert(const SettingValue& value);
   void Insert(SettingValue&& value);
+  // Removes the value of that name; false when there was none.
+  bool Remove(const std::string& name);
   const SettingValue* Find(const std::string& name) const;
   SettingValue* Find(const std::string& name);
   bool Contains(const std::string& name) const { return Find(name) != nullptr; }

@@ -46,8 +46,8 @@ SiteChoice ReadSiteChoice(SMSettingsManager& settings, const std::string& site,
                           SitePermission permission);
 // Writes the choice's values (always before allow) and saves the site's file; true when every
 // write succeeded. A failed write leaves the value that was there before.
-bool WriteSiteChoice(SMSettingsManager& settings, const std::string& site,
-                     SitePermission permission, SiteChoice choice);
+[[nodiscard]] bool WriteSiteChoice(SMSettingsManager& settings, const std::string& site,
+                                   SitePermission permission, SiteChoice choice);
 
 // Changes a known site's choice as the by-site lists do: Block for storage also deletes what
 // the site has stored at once, keeping its settings. True when the writes and the deletion

@@ -41,17 +41,30 @@ bool SMSettingsManager::StoreKnownSites(const SettingArray& sites) {
   return SetValue(MasterDomain(), SettingValue::Array(kKnownSites.name, sites));
 }
 
+SettingArray* SMSettingsManager::KnownSitesInPlace() {
+  if (GetKnownSites() == nullptr) return nullptr;
+  return &GetSettingsTable(MasterDomain())->Find(kKnownSites.name)->array();
+}
+
+// A site is added or removed in the master's own list, which is then written: storing a changed
+// copy would give the same table and file, but copying a list of many thousand sites twice per
+// change cost more than writing it.
 bool SMSettingsManager::AddSite(const std::string& site) {
-  SettingArray sites;
   if (const SettingArray* known = GetKnownSites()) {
     for (const SettingValue& element : *known) {
       if (element.name() == site) return true;
     }
-    sites = *known;
   }
   if (!EnsureSiteDefaults(site)) return false;
-  sites.Append(SettingValue::Boolean(site, true));
-  return StoreKnownSites(sites);
+  SettingValue element = SettingValue::Boolean(site, true);
+  SettingArray* sites = KnownSitesInPlace();
+  if (sites == nullptr) {
+    SettingArray only;
+    only.Append(std::move(element));
+    return StoreKnownSites(only);
+  }
+  sites->Append(std::move(element));
+  return WriteSettingsFile(MasterDomain());
 }
 
 bool SMSettingsManager::RemoveSite(const std::string& site, bool removeSettings) {
@@ -62,15 +75,15 @@ bool SMSettingsManager::RemoveSite(const std::string& site, bool removeSettings)
   if (isMaster) return true;
   // The site's table stays cached, as in the player: reading the site again must not bring
   // its file back to disk.
-  SettingArray sites;
-  if (const SettingArray* known = GetKnownSites()) sites = *known;
-  for (size_t index = sites.size(); index-- > 0;) {
-    if (sites[index].name() == site) {
-      sites.RemoveAt(index);
+  SettingArray* sites = KnownSitesInPlace();
+  if (sites == nullptr) return StoreKnownSites(SettingArray());
+  for (size_t index = sites->size(); index-- > 0;) {
+    if ((*sites)[index].name() == site) {
+      sites->RemoveAt(index);
       break;
     }
   }
-  return StoreKnownSites(sites);
+  return WriteSettingsFile(MasterDomain());
 }
 
 bool SMSettingsManager::RemoveSiteStoredData(const std::string& site) {
@@ -109,9 +122,11 @@ bool SMSettingsManager::RemoveAllSites(bool includeSettings) {
   if (includeSettings) {
     settingsRemoved = platform_.DeleteTree(settingsFolder_);
     platform_.CreateFolder(settingsFolder_, ".");
-    // The global settings stay in memory and go back to disk with an empty list of sites.
-    StoreKnownSites(SettingArray());
-    WriteSettingsFile(MasterDomain());
+    // The global settings stay in memory and go back to disk with an empty list of sites. What
+    // this reports is whether the settings were deleted; a master file that cannot be written
+    // again keeps the values in memory for the next change.
+    (void)StoreKnownSites(SettingArray());
+    (void)WriteSettingsFile(MasterDomain());
   }
   bool dataRemoved = true;
   const std::string sharedObjects = dataRoot_ + separator + "#SharedObjects";
@@ -128,9 +143,10 @@ bool SMSettingsManager::RemoveAllSites(bool includeSettings) {
 void SMSettingsManager::PruneKnownSites() {
   SettingValue* domains = GetSettingsTable(MasterDomain())->Find(kKnownSites.name);
   if (domains == nullptr || domains->type() != kSettingArray) return;
-  SettingArray& sites = domains->array();
-  for (size_t index = sites.size(); index-- > 0;) {
-    std::optional<std::string> file = SettingsFileOf(sites[index].name());
-    if (!file || platform_.TreeSize(*file) == 0) sites.RemoveAt(index);
-  }
+  // A long list loses its sites in one pass: removing them one at a time would move the rest
+  // of the list for each.
+  domains->array().RemoveIf([&](const SettingValue& site) {
+    std::optional<std::string> file = SettingsFileOf(site.name());
+    return !file || platform_.FileSize(*file) == 0;
+  });
 }

@@ -116,6 +116,7 @@ TEST_F(Apply, RefusesAnInvalidPolicyNamingThePlaceAndWritesNothing) {
       {R"({"globals": {"defaultklimit": 1e400}})", ""},
       {R"({"removeSites": ["a.example"], "sites": {"a.example": {}}})", "/removeSites/0"},
       {R"({"trusted": {"present": ["C:\\a"], "absent": ["C:\\a"]}})", "/trusted/absent/0"},
+      {R"({"admin": {"set": {"Note": "x\nAutoUpdateDisable=0"}}})", "/admin/set/Note"},
   };
   for (const auto& row : rows) {
     ProcessResult result = ApplyPolicy(row.policy);

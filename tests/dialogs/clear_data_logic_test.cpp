@@ -19,15 +19,19 @@ TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
     bool listed = true;  // "domains" holds the list of sites
     Lock lock = kNoLock;
     std::vector<Part> gone;
-    std::vector<uint32_t> errors = {};
+    std::vector<TextId> errors = {};
   };
   const Case cases[] = {
       {.licenceBox = kCheckUnchecked, .gone = {kSettings, kSiteData, kAssetCache}},
       {.siteDataBox = kCheckUnchecked, .gone = {kLicences}},
       {.siteDataBox = kCheckIndeterminate, .licenceBox = 7, .gone = {}},
       {.listed = false, .gone = {}},
-      {.lock = kLockSiteData, .gone = {kSettings, kAssetCache, kLicences}, .errors = {11501}},
-      {.lock = kLockAssetCache, .gone = {kSettings, kSiteData, kLicences}, .errors = {11501}},
+      {.lock = kLockSiteData,
+       .gone = {kSettings, kAssetCache, kLicences},
+       .errors = {TextId::kSiteDataNotDeleted}},
+      {.lock = kLockAssetCache,
+       .gone = {kSettings, kSiteData, kLicences},
+       .errors = {TextId::kSiteDataNotDeleted}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE("row " + std::to_string(&c - cases));
@@ -58,8 +62,10 @@ TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
       if (!fs::exists(parts[part])) gone.push_back(part);
     }
     EXPECT_EQ(gone, c.gone);
-    std::vector<std::vector<uint32_t>> expectedErrors;
-    for (uint32_t textId : c.errors) expectedErrors.push_back({textId, 11500});
+    std::vector<std::vector<TextId>> expectedErrors;
+    for (TextId textId : c.errors) {
+      expectedErrors.push_back({textId, TextId::kUnableToDeleteCaption});
+    }
     EXPECT_EQ(prompts.errors, expectedErrors);
     // The global settings outlive every deletion.
     SMSettingsManager reread(platform);

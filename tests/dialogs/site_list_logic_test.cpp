@@ -67,7 +67,7 @@ TEST(SiteListModel, FillsInListViewOrderWithWordsAndSizes) {
   // a path is listed with the words for missing values.
   SettingArray domains = *settings.GetKnownSites();
   for (const char* name : {"", "c.net", "a/b"}) domains.Append(SettingValue::Boolean(name, true));
-  settings.SetValue(kMaster, SettingValue::Array("domains", domains));
+  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Array("domains", domains)));
 
   SiteListModel model(SiteListKind::kStorage, settings, profile.strings, LowerKey);
   model.Fill();

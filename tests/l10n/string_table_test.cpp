@@ -37,13 +37,13 @@ TEST(StringTableTest, FindsEveryIdInEveryLanguageAndNothingBetweenThem) {
   for (int language = 0; language < kStringLanguageCount; ++language) {
     SMFixedLanguageStringTable table(language);
     for (uint32_t id : ids) {
-      const char* text = table.GetString(id);
+      const char* text = table.GetString(static_cast<TextId>(id));
       ASSERT_NE(text, nullptr) << "id " << id << " language " << language;
       EXPECT_GT(std::strlen(text), 0u) << "id " << id << " language " << language;
       EXPECT_TRUE(IsValidUtf8(text)) << "id " << id << " language " << language;
       for (uint32_t neighbour : {id - 1, id + 1}) {
         if (ids.count(neighbour) == 0) {
-          EXPECT_EQ(table.GetString(neighbour), nullptr) << neighbour;
+          EXPECT_EQ(table.GetString(static_cast<TextId>(neighbour)), nullptr) << neighbour;
         }
       }
     }
@@ -52,8 +52,8 @@ TEST(StringTableTest, FindsEveryIdInEveryLanguageAndNothingBetweenThem) {
 
 // The column of a language: KeepsTheFirstLanguageForTheLifeOfTheTable.
 TEST(StringTableTest, AColumnOutsideTheMatrixReadsEnglishRatherThanMemoryPastIt) {
-  EXPECT_STREQ(SMFixedLanguageStringTable(36).GetString(11008), "Deauthorize");
-  EXPECT_STREQ(SMFixedLanguageStringTable(-1).GetString(11008), "Deauthorize");
+  EXPECT_STREQ(SMFixedLanguageStringTable(36).GetString(TextId::kDeauthorize), "Deauthorize");
+  EXPECT_STREQ(SMFixedLanguageStringTable(-1).GetString(TextId::kDeauthorize), "Deauthorize");
 }
 
 // The deauthorizing button and Cancel sit in the same confirmation; a button that starts with
@@ -61,8 +61,8 @@ TEST(StringTableTest, AColumnOutsideTheMatrixReadsEnglishRatherThanMemoryPastIt)
 TEST(StringTableTest, DeauthorizeButtonNeverBeginsWithTheWordOfCancel) {
   for (int language = 0; language < kStringLanguageCount; ++language) {
     SMFixedLanguageStringTable table(language);
-    std::string cancel = table.GetString(11001);
-    std::string deauthorize = table.GetString(41103);
+    std::string cancel = table.GetString(TextId::kCancel);
+    std::string deauthorize = table.GetString(TextId::kDeauthorizeComputer);
     EXPECT_NE(deauthorize.compare(0, cancel.size(), cancel), 0)
         << "language " << language << ": " << deauthorize;
   }
@@ -95,12 +95,12 @@ TEST(StringTableTest, KeepsTheFirstLanguageForTheLifeOfTheTable) {
   system.uiLanguages = {0x0809, 0x0407, 0x0401};
   SMUserLanguageStringTable table(system);
 
-  EXPECT_EQ(table.GetString(10999), nullptr);
+  EXPECT_EQ(table.GetString(static_cast<TextId>(10999)), nullptr);
   EXPECT_EQ(system.uiLanguageQueries, 0) << "an unknown id must not ask for the language";
 
-  EXPECT_STREQ(table.GetString(11008), "Deauthorise");
+  EXPECT_STREQ(table.GetString(TextId::kDeauthorize), "Deauthorise");
   EXPECT_EQ(table.GetLanguageIndex(), 22);
-  EXPECT_STREQ(table.GetString(21202), "%llu KB");
+  EXPECT_STREQ(table.GetString(TextId::kSizeKilobytes), "%llu KB");
   EXPECT_EQ(system.uiLanguageQueries, 1);
 }
 

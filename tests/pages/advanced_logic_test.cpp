@@ -14,14 +14,14 @@ TEST(Deauthorize, DeletesLicencesOnlyAfterOkAndReportsWhatIsLeft) {
     bool confirm;
     bool locked;
     DeauthorizeOutcome outcome;
-    std::vector<std::vector<uint32_t>> errors;
+    std::vector<std::vector<TextId>> errors;
   };
   const Case cases[] = {
       {.confirm = false, .locked = false, .outcome = DeauthorizeOutcome::kCancelled},
       {.confirm = true,
        .locked = true,
        .outcome = DeauthorizeOutcome::kFailed,
-       .errors = {{11502, 11500}}},
+       .errors = {{TextId::kLicencesNotDeleted, TextId::kUnableToDeleteCaption}}},
   };
   for (const Case& c : cases) {
     TestProfile profile;

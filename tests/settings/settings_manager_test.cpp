@@ -72,6 +72,11 @@ TEST(SettingsManager, ExistingMasterKeepsItsValuesAndEveryChangeIsWrittenAtOnce)
   WriteFileBytes(profile.SettingsFolder(), "in the way");
   EXPECT_FALSE(manager.SetValue(kMaster, SettingValue::Boolean("disallowP2PUplink", true)));
   EXPECT_TRUE(manager.GetValue(kMaster, "disallowP2PUplink")->boolean());
+  // Unless the former value is to come back: a replaced key gets it, a new key goes again.
+  EXPECT_FALSE(manager.SetValueOrRestore(kMaster, SettingValue::Number("defaultklimit", 7)));
+  EXPECT_EQ(manager.GetValue(kMaster, "defaultklimit")->number(), 500);
+  EXPECT_FALSE(manager.SetValueOrRestore(kMaster, SettingValue::Number("newKey", 1)));
+  EXPECT_EQ(manager.GetValue(kMaster, "newKey"), nullptr);
   fs::remove(profile.SettingsFolder());
   EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Number("autoUpdateInterval", 7)));
   // The player's own key and the value of the wrong type are kept, the missing defaults added.

@@ -60,23 +60,23 @@ TEST(SiteSettings, AddSiteWritesTheDefaultsOfTheRunAndListsTheSiteOnce) {
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("second.com")), SiteFileWith("second.com", true, 500));
   EXPECT_NE(ReadFileBytes(profile.MasterFile()).find(Domains({"first.com", "second.com"})),
             std::string::npos);
-  manager.ResetSiteDefaultsForTesting();  // as on the next run
-  EXPECT_TRUE(manager.AddSite("third.com"));
+  SMSettingsManager nextRun(*profile.platform);
+  EXPECT_TRUE(nextRun.AddSite("third.com"));
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("third.com")), SiteFileWith("third.com", false, 20));
   // The second time nothing is written at all.
   fs::remove(profile.MasterFile());
   fs::remove(profile.SiteFile("first.com"));
-  EXPECT_TRUE(manager.AddSite("first.com"));
+  EXPECT_TRUE(nextRun.AddSite("first.com"));
   EXPECT_FALSE(fs::exists(profile.MasterFile()));
   EXPECT_FALSE(fs::exists(profile.SiteFile("first.com")));
-  EXPECT_EQ(KnownSiteNames(manager),
+  EXPECT_EQ(KnownSiteNames(nextRun),
             (std::vector<std::string>{"first.com", "second.com", "third.com"}));
   // Keys a site file already has are kept; only missing ones are added.
   WriteFileBytes(profile.SiteFile("kept.net"),
                  Stream(Body("kept.net/settings", NumberPair("klimit", 10))));
-  EXPECT_TRUE(manager.EnsureSiteDefaults("kept.net"));
-  EXPECT_EQ(manager.GetValue("kept.net", "klimit")->number(), 10);
-  EXPECT_EQ(manager.GetNames("kept.net").size(), 7u);
+  EXPECT_TRUE(nextRun.EnsureSiteDefaults("kept.net"));
+  EXPECT_EQ(nextRun.GetValue("kept.net", "klimit")->number(), 10);
+  EXPECT_EQ(nextRun.GetNames("kept.net").size(), 7u);
 }
 
 TEST(SiteSettings, KnownSitesWithoutASettingsFileAreForgottenInMemoryOnly) {

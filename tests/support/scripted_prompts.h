@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <deque>
 #include <optional>
 #include <utility>
@@ -14,20 +13,18 @@
 class ScriptedPrompts : public SMUserPrompts {
  public:
   explicit ScriptedPrompts(std::vector<bool> answers = {}) : answers_(std::move(answers)) {}
-  bool ConfirmBox(uint32_t textId1, uint32_t textId2, uint32_t captionId) override {
-    asked.push_back({textId1, textId2, captionId});
+  bool ConfirmBox(TextId text1, TextId text2, TextId caption) override {
+    asked.push_back({text1, text2, caption});
     if (asked.size() > answers_.size()) {
       ADD_FAILURE() << "unexpected confirmation";
       return false;
     }
     return answers_[asked.size() - 1];
   }
-  void ErrorBox(uint32_t textId, uint32_t captionId) override {
-    errors.push_back({textId, captionId});
-  }
+  void ErrorBox(TextId text, TextId caption) override { errors.push_back({text, caption}); }
 
   // The add-site dialog answers from its own script (nothing: the user cancelled).
-  std::optional<SMAddSiteAnswer> RunAddSite(uint32_t, uint32_t) override {
+  std::optional<SMAddSiteAnswer> RunAddSite(TextId, TextId) override {
     if (addSiteAnswers.empty()) {
       ADD_FAILURE() << "unexpected add-site dialog";
       return std::nullopt;
@@ -37,8 +34,8 @@ class ScriptedPrompts : public SMUserPrompts {
     return answer;
   }
 
-  std::vector<std::vector<uint32_t>> asked;
-  std::vector<std::vector<uint32_t>> errors;
+  std::vector<std::vector<TextId>> asked;
+  std::vector<std::vector<TextId>> errors;
   std::deque<std::optional<SMAddSiteAnswer>> addSiteAnswers;
 
  private:

@@ -39,7 +39,7 @@ class AdvancedTest : public ::testing::Test {
     ASSERT_TRUE(app.Start(L"startupdialog=advanced"));
   }
   // Clicks the button and waits for the dialog or message box with this caption.
-  HWND Open(HWND owner, int buttonId, uint32_t captionId) {
+  HWND Open(HWND owner, int buttonId, TextId captionId) {
     Click(owner, buttonId);
     return app.WaitForDialog(WithCaption(UserText(captionId)));
   }
@@ -57,10 +57,11 @@ class AdvancedTest : public ::testing::Test {
 // When the licences go is the logic's table (Deauthorize.DeletesLicencesOnlyAfterOk...); here
 // the box shows its text and OK reaches the files.
 TEST_F(AdvancedTest, DeauthorizeDeletesTheLicencesOnlyAfterOk) {
-  HWND box = Open(app.CurrentPage(), IDC_DEAUTHORIZE, 41104);
+  HWND box = Open(app.CurrentPage(), IDC_DEAUTHORIZE, TextId::kDeauthorizeCaption);
   ASSERT_NE(box, nullptr);
-  EXPECT_EQ(WindowText(GetDlgItem(box, kMessageBoxTextId)),
-            UserText(41105) + L"\n\n" + UserText(41106));
+  EXPECT_EQ(
+      WindowText(GetDlgItem(box, kMessageBoxTextId)),
+      UserText(TextId::kDeauthorizeText) + L"\n\n" + UserText(TextId::kDeauthorizeCloseBrowsers));
   ASSERT_TRUE(Answer(box, IDOK));
   EXPECT_TRUE(WaitFor([&] { return !fs::exists(licenceFile); }));
   EXPECT_TRUE(fs::exists(siteData) && fs::exists(assetFile));
@@ -69,7 +70,7 @@ TEST_F(AdvancedTest, DeauthorizeDeletesTheLicencesOnlyAfterOk) {
 // What each check box deletes is ClearData's table; here the dialog's defaults, a check box,
 // and a licence another program holds open, which Windows refuses to delete.
 TEST_F(AdvancedTest, ClearDataWithALockedLicence) {
-  HWND dialog = Open(app.CurrentPage(), IDC_ADVANCED_DELETE_ALL, 71000);
+  HWND dialog = Open(app.CurrentPage(), IDC_ADVANCED_DELETE_ALL, TextId::kClearDataTitle);
   ASSERT_NE(dialog, nullptr);
   EXPECT_TRUE(IsChecked(dialog, IDC_CLEAR_SITE_DATA));
   EXPECT_FALSE(IsChecked(dialog, IDC_CLEAR_LICENSES));
@@ -81,9 +82,9 @@ TEST_F(AdvancedTest, ClearDataWithALockedLicence) {
                   FILE_ATTRIBUTE_NORMAL, nullptr),
       &CloseHandle);
   ASSERT_NE(holder.get(), INVALID_HANDLE_VALUE);
-  HWND box = Open(dialog, IDC_CLEAR_DATA_DELETE, 11500);
+  HWND box = Open(dialog, IDC_CLEAR_DATA_DELETE, TextId::kUnableToDeleteCaption);
   ASSERT_NE(box, nullptr);
-  EXPECT_EQ(WindowText(GetDlgItem(box, kMessageBoxTextId)), UserText(11502));
+  EXPECT_EQ(WindowText(GetDlgItem(box, kMessageBoxTextId)), UserText(TextId::kLicencesNotDeleted));
   // The site data went first and is gone although the licences could not go.
   EXPECT_FALSE(fs::exists(siteData) || fs::exists(assetFile));
   ASSERT_TRUE(Answer(box, IDOK));
@@ -98,11 +99,11 @@ TEST_F(AdvancedTest, TrustedLocationsAddEditAndRemove) {
   const std::wstring game = L"C:\\dev\\game.vtm";
   const std::wstring accented = L"D:\\Entw\u00fcrfe\\\u6e2c\u8a66";
   const std::wstring renamed = L"C:\\" + std::wstring(280, L'x') + L"\\long.vtm";
-  HWND trusted = Open(app.CurrentPage(), IDC_TRUSTED_LOCATIONS, 81000);
+  HWND trusted = Open(app.CurrentPage(), IDC_TRUSTED_LOCATIONS, TextId::kTrustedLocationsTitle);
   ASSERT_NE(trusted, nullptr);
   HWND list = GetDlgItem(trusted, IDC_TRUSTED_LIST);
   for (const std::wstring& path : {game, accented}) {
-    HWND dialog = Open(trusted, IDC_TRUSTED_ADD, 84000);
+    HWND dialog = Open(trusted, IDC_TRUSTED_ADD, TextId::kEditLocationTitle);
     ASSERT_NE(dialog, nullptr);
     HWND edit = GetDlgItem(dialog, IDC_ADD_LOCATION_PATH);
     HWND confirm = GetDlgItem(dialog, IDOK);

@@ -116,7 +116,7 @@ bool Answer(HWND dialog, int buttonId) {
   return WaitFor([&] { return !IsWindow(dialog); });
 }
 
-std::wstring UserText(uint32_t id) {
+std::wstring UserText(TextId id) {
   Win32System system;
   SMUserLanguageStringTable strings(system);
   const char* text = strings.GetString(id);
@@ -154,7 +154,7 @@ AppUnderTest::~AppUnderTest() {
     return ::testing::AssertionFailure() << start.Describe();
   }
   // The caption in the language the program will pick: the driver's own.
-  const std::wstring caption = UserText(12000);
+  const std::wstring caption = UserText(TextId::kSheetCaption);
   const auto deadline = std::chrono::steady_clock::now() + ScaledTimeout(kAppearLimit);
   while (std::chrono::steady_clock::now() < deadline) {
     HWND found = FindDialogOfProcess(process_.dwProcessId, WithCaption(caption));

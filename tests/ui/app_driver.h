@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "l10n/text_id.h"
+
 // Starts VantrelPlayerApp.exe in the test's Wine prefix and finds its sheet. Every process it
 // starts it also ends, by its own handle.
 class AppUnderTest {
@@ -59,7 +61,7 @@ void Click(HWND dialog, int controlId);
 [[nodiscard]] bool Answer(HWND dialog, int buttonId);
 
 // A text of the string table in the driver's language, which the program also picks.
-std::wstring UserText(uint32_t id);
+std::wstring UserText(TextId id);
 // A path of the build machine as programs inside Wine see it.
 std::wstring WindowsPath(std::wstring path);
 std::wstring WindowText(HWND window);

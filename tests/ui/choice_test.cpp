@@ -69,7 +69,7 @@ TEST_F(ChoiceTest, StorageBlockAsksFirstThenDeletesAndStores) {
   ASSERT_TRUE(IsChecked(page, IDC_STORAGE_ALLOW));
   auto confirmation = [&] {
     Click(page, IDC_STORAGE_BLOCK);
-    return app.WaitForDialog(WithCaption(UserText(21100)));
+    return app.WaitForDialog(WithCaption(UserText(TextId::kStorageBlockAllCaption)));
   };
 
   // Cancel, the default button, puts the Allow radio back.

@@ -79,7 +79,8 @@ class LayoutTest : public ::testing::Test {
   void ExpectTableTexts(HWND page, const std::string& name) {
     static const std::set<std::wstring> known = [] {
       std::set<std::wstring> texts;
-      for (int row = 0; row < kStringCount; ++row) texts.insert(UserText(kStringIndex[row].id));
+      for (int row = 0; row < kStringCount; ++row)
+        texts.insert(UserText(static_cast<TextId>(kStringIndex[row].id)));
       return texts;
     }();
     const std::vector<std::wstring> texts = ShownTexts(page);

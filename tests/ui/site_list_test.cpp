@@ -8,7 +8,6 @@
 
 #include "app_driver.h"
 #include "dialogs/add_site_ids.h"
-#include "dialogs/site_list_https_ids.h"
 #include "dialogs/site_list_ids.h"
 #include "dialogs/site_list_logic.h"
 #include "l10n/string_table.h"
@@ -29,11 +28,11 @@ std::wstring Wide(const std::string& text) {
 struct PageButton {
   int tab;
   int buttonId;
-  uint32_t titleId;
+  TextId titleId;
 };
-constexpr PageButton kStorageButton{0, IDC_STORAGE_BY_SITE, 61009};
-constexpr PageButton kCameraButton{1, IDC_CAMERA_MIC_BY_SITE, 61005};
-constexpr PageButton kPeerButton{2, IDC_P2P_BY_SITE, 61007};
+constexpr PageButton kStorageButton{0, IDC_STORAGE_BY_SITE, TextId::kStorageSitesTitle};
+constexpr PageButton kCameraButton{1, IDC_CAMERA_MIC_BY_SITE, TextId::kCameraMicSitesTitle};
+constexpr PageButton kPeerButton{2, IDC_P2P_BY_SITE, TextId::kPeerAssistedSitesTitle};
 
 class SiteListTest : public ::testing::Test {
  protected:
@@ -102,17 +101,19 @@ TEST_F(SiteListTest, EachDialogOpensFromItsPageWithItsSitesAndCloses) {
   ASSERT_TRUE(profile.AddSites({"b.example", "C.example", "a.example"}));
   ASSERT_TRUE(app.Start());
   for (const PageButton& button : {kStorageButton, kCameraButton, kPeerButton}) {
-    SCOPED_TRACE(button.titleId);
+    SCOPED_TRACE(static_cast<uint32_t>(button.titleId));
     HWND dialog = Open(button);
     ASSERT_NE(dialog, nullptr);
     HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
     EXPECT_EQ(ListRows(list),
               (std::vector<std::wstring>{L"a.example", L"b.example", L"C.example"}));
-    EXPECT_EQ(ListRowText(list, 0, 1), button.titleId == 61009 ? L"0 bytes" : UserText(11101));
+    EXPECT_EQ(ListRowText(list, 0, 1), button.titleId == TextId::kStorageSitesTitle
+                                           ? L"0 bytes"
+                                           : UserText(TextId::kChoiceWordAsk));
     // Nothing selected: nothing to remove or change.
     EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)));
     EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE)));
-    EXPECT_EQ(WindowText(GetDlgItem(dialog, IDC_SITE_LIST_ADD)), UserText(11005));
+    EXPECT_EQ(WindowText(GetDlgItem(dialog, IDC_SITE_LIST_ADD)), UserText(TextId::kAddEllipsis));
     Close(dialog);
   }
 }
@@ -130,8 +131,9 @@ TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
   EXPECT_EQ(SendMessageW(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE), CB_GETCURSEL, 0, 0),
             kChoiceAllow);
   ChooseComboItem(dialog, IDC_SITE_LIST_CHOICE, kChoiceBlock);
-  EXPECT_EQ(ListRows(list, 2),
-            (std::vector<std::wstring>{UserText(11100), UserText(11102), UserText(11100)}));
+  EXPECT_EQ(ListRows(list, 2), (std::vector<std::wstring>{UserText(TextId::kChoiceWordBlock),
+                                                          UserText(TextId::kChoiceWordAllow),
+                                                          UserText(TextId::kChoiceWordBlock)}));
   EXPECT_EQ(profile.StoredAs<double>("a.example", "klimit"), -1.0);
   EXPECT_EQ(profile.StoredAs<double>("b.example", "klimit"), 100.0);
   Close(dialog);
@@ -139,7 +141,7 @@ TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
   // The camera list: each combo writes its own pair.
   dialog = Open(kCameraButton);
   ASSERT_NE(dialog, nullptr);
-  list = GetDlgItem(dialog, IDC_SITE_LIST_HTTPS_VIEW);
+  list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
   SelectListRows(list, {1, 2});
   ChooseComboItem(dialog, IDC_SITE_LIST_HTTPS_SECURE_CHOICE, kChoiceAllow);
   ChooseComboItem(dialog, IDC_SITE_LIST_HTTPS_OTHER_CHOICE, kChoiceBlock);
@@ -163,7 +165,7 @@ TEST_F(SiteListTest, AddSiteDialogTakesWhatIsTypedAndTheNewRowIsSelected) {
   HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
   auto openAdd = [&] {
     Click(dialog, IDC_SITE_LIST_ADD);
-    return app.WaitForDialog(WithCaption(UserText(92003)));
+    return app.WaitForDialog(WithCaption(UserText(TextId::kPeerAssistedAddSiteTitle)));
   };
   auto type = [](HWND edit, const std::wstring& text) {
     for (wchar_t c : text) SendMessageW(edit, WM_CHAR, c, 0);

@@ -119,22 +119,22 @@ void SetFileTreeNowForTesting(std::optional<uint64_t> fixedNow) {
   FixedNow() = fixedNow;
 }
 
-bool PosixPlatformServices::DeleteTree(const std::string& path) {
+bool SMNativePlatformServices::DeleteTree(const std::string& path) {
   return DeleteEntry(path);
 }
 
-bool PosixPlatformServices::RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
-                                            uint64_t maxAgeSeconds) {
+bool SMNativePlatformServices::RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
+                                               uint64_t maxAgeSeconds) {
   WalkResult walk = WalkByAge(path, minAgeSeconds, maxAgeSeconds);
   if (walk.succeeded && walk.empty) return rmdir(path.c_str()) == 0;
   return walk.succeeded;
 }
 
-uint64_t PosixPlatformServices::TreeSize(const std::string& path) {
+uint64_t SMNativePlatformServices::TreeSize(const std::string& path) {
   return SizeOf(path);
 }
 
-bool PosixPlatformServices::CreateFolder(const std::string& parent, const std::string& name) {
+bool SMNativePlatformServices::CreateFolder(const std::string& parent, const std::string& name) {
   EnsureFolder(parent);
   // Windows drops a "." component from a path, so "parent\." creates the parent itself; the
   // settings writer relies on that to make a file's folder.
@@ -142,7 +142,7 @@ bool PosixPlatformServices::CreateFolder(const std::string& parent, const std::s
   return mkdir(path.c_str(), 0777) == 0 || errno == EEXIST;
 }
 
-std::optional<std::vector<std::string>> PosixPlatformServices::ListEntries(
+std::optional<std::vector<std::string>> SMNativePlatformServices::ListEntries(
     const std::string& folder) {
   // Windows drops the first two entries of a listing, which are "." and ".."; readdir returns
   // them in no fixed place, so they are skipped by name to list the same real entries.

@@ -1,16 +1,6 @@
 #pragma once
 
-#include "platform/platform_services.h"
+#include "platform/native_platform.h"
 
-// The player's file-tree operations on a POSIX file system, with "/" between path pieces.
-class PosixPlatformServices : public SMPlatformServices {
- public:
-  explicit PosixPlatformServices(SMSystem& system) : SMPlatformServices(system) {}
-
-  bool DeleteTree(const std::string& path) override;
-  bool RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
-                       uint64_t maxAgeSeconds) override;
-  uint64_t TreeSize(const std::string& path) override;
-  bool CreateFolder(const std::string& parent, const std::string& name) override;
-  std::optional<std::vector<std::string>> ListEntries(const std::string& folder) override;
-};
+// The POSIX build's file-tree operations.
+using PosixPlatformServices = SMNativePlatformServices;

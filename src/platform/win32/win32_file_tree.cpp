@@ -150,7 +150,7 @@ void SetFileTreeNowForTesting(std::optional<uint64_t> fixedNow) {
   FixedNow() = fixedNow;
 }
 
-bool Win32PlatformServices::DeleteTree(const std::string& path) {
+bool SMNativePlatformServices::DeleteTree(const std::string& path) {
   std::optional<std::wstring> widePath = ToUtf16(path);
   if (!widePath) return false;
   // What the file API deletes completely the shell would have deleted with success. Anything
@@ -170,8 +170,8 @@ bool Win32PlatformServices::DeleteTree(const std::string& path) {
   return false;
 }
 
-bool Win32PlatformServices::RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
-                                            uint64_t maxAgeSeconds) {
+bool SMNativePlatformServices::RemoveTreeByAge(const std::string& path, uint64_t minAgeSeconds,
+                                               uint64_t maxAgeSeconds) {
   std::optional<std::wstring> widePath = ToUtf16(path);
   if (!widePath) return false;
   WalkResult walk = WalkByAge(*widePath, minAgeSeconds, maxAgeSeconds);
@@ -179,12 +179,12 @@ bool Win32PlatformServices::RemoveTreeByAge(const std::string& path, uint64_t mi
   return walk.succeeded;
 }
 
-uint64_t Win32PlatformServices::TreeSize(const std::string& path) {
+uint64_t SMNativePlatformServices::TreeSize(const std::string& path) {
   std::optional<std::wstring> widePath = ToUtf16(path);
   return widePath ? SizeOf(*widePath) : 0;
 }
 
-bool Win32PlatformServices::CreateFolder(const std::string& parent, const std::string& name) {
+bool SMNativePlatformServices::CreateFolder(const std::string& parent, const std::string& name) {
   std::optional<std::wstring> wideParent = ToUtf16(parent);
   std::optional<std::wstring> wideName = ToUtf16(name);
   if (!wideParent || !wideName) return false;
@@ -195,7 +195,7 @@ bool Win32PlatformServices::CreateFolder(const std::string& parent, const std::s
   return CreateDirectoryW(path.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS;
 }
 
-std::optional<std::vector<std::string>> Win32PlatformServices::ListEntries(
+std::optional<std::vector<std::string>> SMNativePlatformServices::ListEntries(
     const std::string& folder) {
   std::optional<std::wstring> wideFolder = ToUtf16(folder);
   if (!wideFolder) return std::nullopt;

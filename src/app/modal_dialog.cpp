@@ -1,0 +1,21 @@
+#include "app/modal_dialog.h"
+
+#include "layout/dialog_layout.h"
+
+SMModalDialog::SMModalDialog(SMSystem& system, SMStringTable& strings, int templateId)
+    : SMDialogObject(system, strings),
+      rightToLeft_(IsRightToLeftUser(system)),
+      templateId_(templateId) {}
+
+INT_PTR SMModalDialog::Run() {
+  return RunModal(templateId_, GetActiveWindow());
+}
+
+bool SMModalDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  if (message != WM_INITDIALOG) return OnDialogMessage(message, wParam, lParam, result);
+  if (rightToLeft_) MakeRightToLeft(window_);
+  SetTexts();
+  FitDialogToTexts(window_);
+  result = OnStart();
+  return true;
+}
