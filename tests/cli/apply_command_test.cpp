@@ -1,7 +1,6 @@
 // apply and export, run as a separate process against a throwaway profile.
 #include <gtest/gtest.h>
 
-#include <map>
 #include <nlohmann/json.hpp>
 
 #include "cli_harness.h"
@@ -11,22 +10,11 @@ namespace {
 using nlohmann::json;
 namespace fs = std::filesystem;
 
-// Every file of the profile with its bytes and modification time (the policy is not its).
-std::map<fs::path, std::pair<std::string, fs::file_time_type>> Snapshot(const fs::path& root) {
-  std::map<fs::path, std::pair<std::string, fs::file_time_type>> files;
-  for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    if (entry.is_regular_file() && entry.path().filename() != "policy.json") {
-      files[entry.path()] = {ReadFileBytes(entry.path()), entry.last_write_time()};
-    }
-  }
-  return files;
-}
-
 class Apply : public ::testing::Test {
  protected:
   ProcessResult ApplyPolicy(const std::string& policy, std::vector<std::string> options = {}) {
-    WriteFileBytes(cli_.folder().path() / "policy.json", policy);
-    std::vector<std::string> arguments = {"apply", cli_.folder().Utf8("policy.json"), "--json"};
+    WriteFileBytes(policyFolder_.path() / "policy.json", policy);
+    std::vector<std::string> arguments = {"apply", policyFolder_.Utf8("policy.json"), "--json"};
     arguments.insert(arguments.end(), options.begin(), options.end());
     return cli_.Run(arguments);
   }
@@ -34,10 +22,9 @@ class Apply : public ::testing::Test {
     ProcessResult result = cli_.Run(arguments);
     ASSERT_EQ(result.exitCode, 0) << arguments[0] << ": " << result.err;
   }
-  fs::path StoredData(const std::string& site) {
-    return cli_.DataRoot() / "#SharedObjects" / "ABCD1234" / site / "a.sol";
-  }
+  fs::path StoredData(const std::string& site) { return cli_.StoredData(site) / "a.sol"; }
   CliHarness cli_;
+  TempFolder policyFolder_;  // outside the profile, so that snapshots of it leave the policy out
 };
 
 const char* const kPolicy = R"({
@@ -98,25 +85,25 @@ TEST_F(Apply, ChangesWhatDiffersOnceAndChecksWithoutWriting) {
   EXPECT_EQ(Lines(cli_.Run({"admin"}).out), "AutoUpdateDisable=1\n");
 
   // Everything holds: no file is written again, not even with the same bytes.
-  const auto converged = Snapshot(cli_.folder().path());
+  const auto converged = cli_.Snapshot();
   ProcessResult second = ApplyPolicy(kPolicy);
   EXPECT_EQ(second.exitCode, 0) << second.err;
   EXPECT_EQ(json::parse(second.out), json({{"changed", false}, {"changes", json::array()}}));
-  EXPECT_EQ(Snapshot(cli_.folder().path()), converged);
+  EXPECT_EQ(cli_.Snapshot(), converged);
 
   Run({"set", "defaultklimit", "5"});
   WriteFileBytes(StoredData("ads.example"), "new ad data");
   Run({"site", "ads.example", "storage", "ask"});
-  const auto drifted = Snapshot(cli_.folder().path());
+  const auto drifted = cli_.Snapshot();
   ProcessResult checked = ApplyPolicy(kPolicy, {"--check"});
   EXPECT_EQ(checked.exitCode, 0) << checked.err;
   EXPECT_EQ(json::parse(checked.out)["changes"].size(), 2u) << checked.out;
-  EXPECT_EQ(Snapshot(cli_.folder().path()), drifted);
+  EXPECT_EQ(cli_.Snapshot(), drifted);
 }
 
 TEST_F(Apply, RefusesAnInvalidPolicyNamingThePlaceAndWritesNothing) {
   Run({"set", "defaultklimit", "7"});
-  const auto before = Snapshot(cli_.folder().path());
+  const auto before = cli_.Snapshot();
   const struct {
     const char* policy;
     const char* pointer;
@@ -139,7 +126,7 @@ TEST_F(Apply, RefusesAnInvalidPolicyNamingThePlaceAndWritesNothing) {
         << row.policy << "\n"
         << result.err;
   }
-  EXPECT_EQ(Snapshot(cli_.folder().path()), before);
+  EXPECT_EQ(cli_.Snapshot(), before);
 }
 
 TEST_F(Apply, StopsAtTheFirstEntryThatCannotBeWrittenKeepingThoseBefore) {

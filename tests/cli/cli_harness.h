@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -37,10 +38,26 @@ class CliHarness {
     return DataRoot() / "tessaline.com" / "support" / "vantrelplayer" / "sys";
   }
   std::filesystem::path MasterFile() const { return SettingsFolder() / "settings.sol"; }
+  std::filesystem::path SiteFile(const std::string& site) const {
+    return SettingsFolder() / ("#" + site) / "settings.sol";
+  }
+  std::filesystem::path StoredData(const std::string& site) const {
+    return DataRoot() / "#SharedObjects" / "ABCD1234" / site;
+  }
   std::filesystem::path AdminFile() const {
     return folder_.path() / "syswow64" / "Tessalin" / "Vantrel" / "tss.cfg";
   }
   const TempFolder& folder() const { return folder_; }
+  // Every file and folder of the profile: its bytes and its modification time.
+  std::map<std::string, std::string> Snapshot() const {
+    std::map<std::string, std::string> entries;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_.path())) {
+      entries[PathToUtf8(entry.path())] =
+          (entry.is_regular_file() ? ReadFileBytes(entry.path()) : "") + " @" +
+          std::to_string(entry.last_write_time().time_since_epoch().count());
+    }
+    return entries;
+  }
 
  private:
   TempFolder folder_;

@@ -2,24 +2,11 @@
 // damaged profile exactly as it was.
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "cli_harness.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-// Every file and folder below a folder: its bytes and its modification time.
-std::map<std::string, std::string> Snapshot(const fs::path& root) {
-  std::map<std::string, std::string> entries;
-  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root)) {
-    entries[PathToUtf8(entry.path())] =
-        (entry.is_regular_file() ? ReadFileBytes(entry.path()) : "") + " @" +
-        std::to_string(entry.last_write_time().time_since_epoch().count());
-  }
-  return entries;
-}
 
 const std::string kGarbage = "not a settings file";
 const std::string kUtf16AdminFile = std::string(
@@ -34,10 +21,7 @@ class Refusals : public ::testing::Test {
   void SetUp() override {
     ASSERT_EQ(cli_.Run({"site", "good.example", "storage", "allow"}).exitCode, 0);
     ASSERT_EQ(cli_.Run({"site", "bad.example", "p2p", "allow"}).exitCode, 0);
-    WriteFileBytes(SiteFile("bad.example"), kGarbage);
-  }
-  fs::path SiteFile(const std::string& site) const {
-    return cli_.SettingsFolder() / ("#" + site) / "settings.sol";
+    WriteFileBytes(cli_.SiteFile("bad.example"), kGarbage);
   }
   CliHarness cli_;
 };
@@ -51,7 +35,7 @@ TEST_F(Refusals, CommandsThatOnlyLookWriteNothing) {
     int exitCode;
     std::string errorNames;  // a file the message must name; empty for none
   };
-  const std::string badSite = PathToUtf8(SiteFile("bad.example"));
+  const std::string badSite = PathToUtf8(cli_.SiteFile("bad.example"));
   const std::string master = PathToUtf8(cli_.MasterFile());
   const Row readableMaster[] = {
       {{"sites"}, 1, badSite},
@@ -67,23 +51,23 @@ TEST_F(Refusals, CommandsThatOnlyLookWriteNothing) {
       {{"show"}, 1, master},         {{"sites"}, 1, master}, {{"trusted"}, 1, master},
       {{"dump", master}, 1, master}, {{"paths"}, 0},
   };
-  const auto before = Snapshot(cli_.folder().path());
+  const auto before = cli_.Snapshot();
   for (const Row& row : readableMaster) {
     ProcessResult result = cli_.Run(row.arguments);
     EXPECT_EQ(result.exitCode, row.exitCode) << row.arguments[0] << result.err;
     EXPECT_NE(result.err.find(row.errorNames), std::string::npos) << result.err;
   }
   EXPECT_NE(Lines(cli_.Run({"sites"}).out).find("good.example\tallow"), std::string::npos);
-  EXPECT_EQ(Snapshot(cli_.folder().path()), before);
+  EXPECT_EQ(cli_.Snapshot(), before);
 
   WriteFileBytes(cli_.MasterFile(), kGarbage);
-  const auto damaged = Snapshot(cli_.folder().path());
+  const auto damaged = cli_.Snapshot();
   for (const Row& row : damagedMaster) {
     ProcessResult result = cli_.Run(row.arguments);
     EXPECT_EQ(result.exitCode, row.exitCode) << row.arguments[0] << result.err;
     EXPECT_NE(result.err.find(row.errorNames), std::string::npos) << result.err;
   }
-  EXPECT_EQ(Snapshot(cli_.folder().path()), damaged);
+  EXPECT_EQ(cli_.Snapshot(), damaged);
 }
 
 TEST_F(Refusals, DamagedFilesAreReplacedOnlyWithForce) {
@@ -98,7 +82,7 @@ TEST_F(Refusals, DamagedFilesAreReplacedOnlyWithForce) {
       {{"trusted", "add", "C:\\dev"}, cli_.MasterFile(), kGarbage.substr(0, 3)},
       {{"remove-site", "good.example"}, cli_.MasterFile(), kGarbage},
       {{"clear"}, cli_.MasterFile(), kGarbage},
-      {{"site", "bad.example", "cammic", "block"}, SiteFile("bad.example"), kGarbage},
+      {{"site", "bad.example", "cammic", "block"}, cli_.SiteFile("bad.example"), kGarbage},
       {{"admin", "set", "AutoUpdateDisable", "1"}, cli_.AdminFile(), kUtf16AdminFile},
   };
   for (const Row& row : rows) {
@@ -117,6 +101,11 @@ TEST_F(Refusals, DamagedFilesAreReplacedOnlyWithForce) {
 
 TEST_F(Refusals, ValuesThatWouldNotReadBackAreRefused) {
   const std::vector<std::string> refused[] = {
+      {"set", "defaultklimit", "lots"},
+      {"set", "defaultalways", "1"},
+      {"set", "newkey", "1"},
+      {"set", "domains", "x"},
+      {"set", "defaultklimit", "5", "--type", "string"},
       {"set", "defaultklimit", "nan"},
       {"set", "defaultklimit", "inf"},
       {"set", "defaultklimit", "Infinity"},
@@ -128,15 +117,15 @@ TEST_F(Refusals, ValuesThatWouldNotReadBackAreRefused) {
       {"admin", "set", "Note", ""},
   };
   WriteFileBytes(cli_.AdminFile(), "AutoUpdateDisable=1\n");
-  const auto before = Snapshot(cli_.folder().path());
+  const auto before = cli_.Snapshot();
   for (const std::vector<std::string>& arguments : refused) {
     EXPECT_EQ(cli_.Run(arguments).exitCode, 2) << arguments[1] << " " << arguments[2];
   }
-  EXPECT_EQ(Snapshot(cli_.folder().path()), before);
+  EXPECT_EQ(cli_.Snapshot(), before);
 }
 
 TEST_F(Refusals, RemovingAnUnknownSiteDeletesItsFoldersAndSaysSo) {
-  const fs::path stored = cli_.DataRoot() / "#SharedObjects" / "ABCD1234" / "gone.example";
+  const fs::path stored = cli_.StoredData("gone.example");
   WriteFileBytes(stored / "a.sol", "data");
   const std::string sites = cli_.Run({"sites"}).out;
   ProcessResult result = cli_.Run({"remove-site", "gone.example"});
@@ -168,7 +157,7 @@ TEST_F(Refusals, FoldersThatAreNotUtf8AreRefusedByName) {
   rows.push_back({"--appdata", cli_.folder().Utf8("") + "\xFF"});
   rows.push_back({"--local-appdata", "\xC3"});
 #endif
-  const auto before = Snapshot(cli_.folder().path());
+  const auto before = cli_.Snapshot();
   for (const Row& row : rows) {
     std::map<std::string, std::string> folders = {{"--appdata", cli_.folder().Utf8("Roaming")},
                                                   {"--local-appdata", cli_.folder().Utf8("Local")},
@@ -181,5 +170,5 @@ TEST_F(Refusals, FoldersThatAreNotUtf8AreRefusedByName) {
     EXPECT_EQ(result.exitCode, 2) << row.option;
     EXPECT_NE(result.err.find(row.option), std::string::npos) << result.err;
   }
-  EXPECT_EQ(Snapshot(cli_.folder().path()), before);
+  EXPECT_EQ(cli_.Snapshot(), before);
 }

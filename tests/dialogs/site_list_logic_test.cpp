@@ -30,12 +30,10 @@ std::string LowerKey(const std::string& name) {
 }
 
 // A profile whose sites are listed in this order and whose stored data lies in one folder.
-struct ListProfile : TestProfile {
-  explicit ListProfile(const std::vector<std::string>& sites) {
+struct ListProfile : SitesProfile {
+  explicit ListProfile(const std::vector<std::string>& sites) : SitesProfile(sites) {
     fs::create_directories(SharedObjects() / "X1");
-    fs::create_directories(SettingsFolder());
     Reopen();
-    for (const std::string& site : sites) EXPECT_TRUE(settings->AddSite(site)) << site;
   }
   void Reopen() { settings = std::make_unique<SMSettingsManager>(*platform); }
   fs::path DataFile(const std::string& site) const { return SharedObjects() / "X1" / site / "d"; }
