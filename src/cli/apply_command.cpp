@@ -74,6 +74,17 @@ std::optional<PolicyError> CheckAgainstProfile(const Policy& policy, SMSettingsM
       }
     }
   }
+  for (const SitePolicy& site : policy.sites) {
+    if (std::optional<Refusal> refusal = RefuseNonSite(site.name)) {
+      return PolicyError{JsonPointer({"sites", site.name}), "a site: " + refusal->message};
+    }
+  }
+  for (size_t index = 0; index < policy.removeSites.size(); ++index) {
+    if (std::optional<Refusal> refusal = RefuseNonSite(policy.removeSites[index])) {
+      return PolicyError{JsonPointer({"removeSites", std::to_string(index)}),
+                         "a site: " + refusal->message};
+    }
+  }
   for (const auto& [key, value] : policy.adminSet) {
     if (std::optional<Refusal> refusal = RefuseAdminEntry(key, value)) {
       return PolicyError{JsonPointer({"admin", "set", key}),

@@ -6,6 +6,7 @@
 #include "cli/settings_stream.h"
 #include "platform/file_io.h"
 #include "platform/platform_services.h"
+#include "settings/settings_manager.h"
 
 namespace {
 
@@ -43,9 +44,25 @@ const char* FaultText(AdminEntryFault fault) {
 
 std::optional<Refusal> RefuseUnusableFolder(const std::string& source, const std::string& folder,
                                             const std::vector<std::string>& dataPaths) {
-  (void)dataPaths;
-  if (IsUtf8Text(folder)) return std::nullopt;
-  return Refusal{kExitUsage, "the folder given by " + source + " is not UTF-8 text"};
+  if (!IsUtf8Text(folder)) {
+    return Refusal{kExitUsage, "the folder given by " + source + " is not UTF-8 text"};
+  }
+  for (const std::string& dataPath : dataPaths) {
+    if (IsCutDataPath(dataPath)) {
+      return Refusal{kExitUsage, "the folder given by " + source +
+                                     " is too long: the player's folders built on it would be "
+                                     "cut short"};
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<Refusal> RefuseNonSite(const std::string& site) {
+  if (site.empty()) return Refusal{kExitUsage, "the site name is empty"};
+  if (site == SMSettingsManager::MasterDomain()) {
+    return Refusal{kExitUsage, site + " names the global settings, not a site"};
+  }
+  return std::nullopt;
 }
 
 std::optional<Refusal> RefuseNonFiniteNumber(const std::string& name, double number) {

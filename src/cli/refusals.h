@@ -27,6 +27,10 @@ struct Refusal {
 std::optional<Refusal> RefuseUnusableFolder(const std::string& source, const std::string& folder,
                                             const std::vector<std::string>& dataPaths);
 
+// The empty name (the list of sites cannot hold it) and the master domain (it names the global
+// settings; removing it would delete the whole settings folder) are never taken as a site.
+std::optional<Refusal> RefuseNonSite(const std::string& site);
+
 // NaN and the infinities: the player has no use for them and the pages cannot show them.
 std::optional<Refusal> RefuseNonFiniteNumber(const std::string& name, double number);
 

@@ -90,16 +90,6 @@ int ShowSite(CliContext& context, const std::string& site) {
   return kExitOk;
 }
 
-// The master domain names the global settings (removing it deletes the whole settings folder)
-// and the empty name cannot be stored in the list of sites: neither is ever taken as a site.
-std::optional<Refusal> RefuseNonSite(const std::string& site) {
-  if (site.empty()) return Refusal{kExitUsage, "the site name is empty"};
-  if (site == SMSettingsManager::MasterDomain()) {
-    return Refusal{kExitUsage, site + " names the global settings, not a site"};
-  }
-  return std::nullopt;
-}
-
 }  // namespace
 
 int RunSites(CliContext& context) {

@@ -117,6 +117,8 @@ TEST_F(Apply, RefusesAnInvalidPolicyNamingThePlaceAndWritesNothing) {
       {R"({"removeSites": ["a.example"], "sites": {"a.example": {}}})", "/removeSites/0"},
       {R"({"trusted": {"present": ["C:\\a"], "absent": ["C:\\a"]}})", "/trusted/absent/0"},
       {R"({"admin": {"set": {"Note": "x\nAutoUpdateDisable=0"}}})", "/admin/set/Note"},
+      {R"({"sites": {"___MASTER_DOMAIN": {"p2p": "allow"}}})", "/sites/___MASTER_DOMAIN"},
+      {R"({"removeSites": ["a.example", ""]})", "/removeSites/1"},
   };
   for (const auto& row : rows) {
     ProcessResult result = ApplyPolicy(row.policy);

@@ -115,11 +115,16 @@ TEST_F(Refusals, ValuesThatWouldNotReadBackAreRefused) {
       {"admin", "set", " Note", "x"},
       {"admin", "set", "Note", "caf\xC3\xA9"},
       {"admin", "set", "Note", ""},
+      // Never a site: the list cannot hold the empty name, and the master domain is the global
+      // settings (its removal would take the whole settings folder).
+      {"site", "", "storage", "allow"},
+      {"site", "___MASTER_DOMAIN", "cammic", "allow"},
+      {"remove-site", "___MASTER_DOMAIN"},
   };
   WriteFileBytes(cli_.AdminFile(), "AutoUpdateDisable=1\n");
   const auto before = cli_.Snapshot();
   for (const std::vector<std::string>& arguments : refused) {
-    EXPECT_EQ(cli_.Run(arguments).exitCode, 2) << arguments[1] << " " << arguments[2];
+    EXPECT_EQ(cli_.Run(arguments).exitCode, 2) << arguments[0] << " " << arguments[1];
   }
   EXPECT_EQ(cli_.Snapshot(), before);
 }
@@ -146,7 +151,7 @@ TEST_F(Refusals, AFailedWriteNamesTheFileAndTheSystemsReason) {
   EXPECT_EQ(result.err.find("gave no reason"), std::string::npos) << result.err;
 }
 
-TEST_F(Refusals, FoldersThatAreNotUtf8AreRefusedByName) {
+TEST_F(Refusals, FoldersThatAreNotUtf8OrTooLongAreRefusedByName) {
   struct Row {
     std::string option;
     std::string folder;
@@ -157,6 +162,8 @@ TEST_F(Refusals, FoldersThatAreNotUtf8AreRefusedByName) {
   rows.push_back({"--appdata", cli_.folder().Utf8("") + "\xFF"});
   rows.push_back({"--local-appdata", "\xC3"});
 #endif
+  // The player's folders built on it would not fit in 260 units: cut, they name a sibling.
+  rows.push_back({"--appdata", cli_.folder().Utf8("") + std::string(240, 'r')});
   const auto before = cli_.Snapshot();
   for (const Row& row : rows) {
     std::map<std::string, std::string> folders = {{"--appdata", cli_.folder().Utf8("Roaming")},
