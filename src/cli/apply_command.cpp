@@ -196,11 +196,11 @@ void PlanAdmin(const Policy& policy, CliContext& context, std::vector<Change>& c
     std::optional<std::string> value = config.GetValue(key);
     return value ? json(*value) : json(nullptr);
   };
-  for (const auto& [key, value] : policy.adminSet) {
-    if (config.GetValue(key) == value) continue;
-    changes.push_back({"tss.cfg " + key, valueJson(key), value, Change::kAdminFile, config.path(),
-                       [key, value](CliContext& store) {
-                         store.adminConfig().SetValue(key, value);
+  for (const std::pair<std::string, std::string>& entry : policy.adminSet) {
+    if (config.GetValue(entry.first) == entry.second) continue;
+    changes.push_back({"tss.cfg " + entry.first, valueJson(entry.first), entry.second,
+                       Change::kAdminFile, config.path(), [entry](CliContext& store) {
+                         store.adminConfig().SetValue(entry.first, entry.second);
                          return WriteAdminFile(store.adminConfig());
                        }});
   }
