@@ -144,25 +144,29 @@ std::optional<bool> RunTool(Profile& profile, std::vector<std::string> arguments
   return result.exitCode != 0;
 }
 
+// The storage-by-site list over the profile's sites, filled as the dialog fills it.
+template <typename Use>
+std::optional<bool> WithStorageList(Profile& profile, Use use) {
+  SMSettingsManager settings(*profile.platform);
+  SMFixedLanguageStringTable strings(0);
+  SiteListModel list(SiteListKind::kStorage, settings, strings, [](auto& name) { return name; });
+  list.Fill();
+  return use(list);
+}
+
 const Operation kOperations[] = {
     {"by-site Remove", kOneSite, false,
-     [](Profile& profile, std::string*) -> std::optional<bool> {
-       SMSettingsManager settings(*profile.platform);
-       SMFixedLanguageStringTable strings(0);
-       SiteListModel list(SiteListKind::kStorage, settings, strings,
-                          [](auto& name) { return name; });
-       list.Fill();
-       return list.RowCount() == 0 || !list.RemoveRows({0}).empty();
+     [](Profile& profile, std::string*) {
+       return WithStorageList(profile, [](SiteListModel& list) -> std::optional<bool> {
+         return list.RowCount() == 0 || !list.RemoveRows({0}).empty();
+       });
      }},
     {"by-site storage Block", kOneSite, false,
-     [](Profile& profile, std::string*) -> std::optional<bool> {
-       SMSettingsManager settings(*profile.platform);
-       SMFixedLanguageStringTable strings(0);
-       SiteListModel list(SiteListKind::kStorage, settings, strings,
-                          [](auto& name) { return name; });
-       list.Fill();
-       if (list.RowCount() > 0) list.ApplyChoice(0, kChoiceBlock, {0});
-       return std::nullopt;  // the by-site lists report nothing
+     [](Profile& profile, std::string*) {
+       return WithStorageList(profile, [](SiteListModel& list) -> std::optional<bool> {
+         if (list.RowCount() > 0) list.ApplyChoice(0, kChoiceBlock, {0});
+         return std::nullopt;  // the by-site lists report nothing
+       });
      }},
     {"Storage page Block", kAllSites | kCaches, false,
      [](Profile& profile, std::string*) -> std::optional<bool> {
