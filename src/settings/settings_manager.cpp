@@ -14,10 +14,6 @@ namespace {
 
 constexpr size_t kReadBlockSize = 65536;
 
-void Log(const char* message) {
-  std::fputs(message, stderr);
-}
-
 }  // namespace
 
 std::string SMSettingsManager::SettingsFolderIn(SMPlatformServices& platform) {
@@ -86,12 +82,12 @@ std::unique_ptr<SettingsTable> SMSettingsManager::ReadSettingsFile(const std::st
   std::fseek(file, 0, SEEK_SET);
   if (std::fread(bytes.data(), 1, size, file) != size) {
     // Both messages name the master file whatever file was read; the player words them so.
-    Log("SMSettingsManager: Pathological error when reading master settings.sol file.\n");
+    LogSettingsMessage("SMSettingsManager: Pathological error when reading master settings.sol file.\n");
     std::fclose(file);
     return nullptr;
   }
   if (std::fclose(file) != 0) {
-    Log("SMSettingsManager: Unable to close master settings.sol file.\n");
+    LogSettingsMessage("SMSettingsManager: Unable to close master settings.sol file.\n");
   }
   SMSettingsReader reader(bytes);
   std::string objectName;
@@ -105,7 +101,7 @@ bool SMSettingsManager::LoadMasterSettings() {
   std::unique_ptr<SettingsTable> master =
       ReadSettingsFile(*SettingsFileOf(MasterDomain()), &unreadable);
   if (unreadable) {
-    Log("SMSettingsManager: Pathological error when reading master settings.sol file.\n");
+    LogSettingsMessage("SMSettingsManager: Pathological error when reading master settings.sol file.\n");
   }
   bool isNew = master == nullptr;
   if (isNew) master = std::make_unique<SettingsTable>();

@@ -23,7 +23,7 @@
 
 namespace {
 
-const std::string kMaster = SMSettingsManager::MasterDomain();
+const std::string kMasterDomain = SMSettingsManager::MasterDomain();
 
 INPUT KeyInput(WORD key, wchar_t letter, DWORD flags) {
   INPUT input{};
@@ -214,7 +214,7 @@ TEST_F(KeyboardTest, TabReachesEveryControlInOrderAndEscapeClosesEveryDialog) {
     }
     Escape(dialog, dialogCase.name);
   }
-  EXPECT_EQ(profile.StoredNames(kMaster, "domains"),
+  EXPECT_EQ(profile.StoredNames(kMasterDomain, "domains"),
             (std::vector<std::string>{"alpha.example", "beta.example", "bravo.example"}));
 }
 
@@ -229,7 +229,7 @@ TEST_F(KeyboardTest, KeysWorkTheControls) {
   PressKeys({VK_DOWN});
   EXPECT_TRUE(WaitFor(
       [&] { return FocusOfThread(page) == block && IsChecked(page, IDC_CAMERA_MIC_BLOCK); }));
-  EXPECT_TRUE(WaitFor([&] { return profile.StoredAs<bool>(kMaster, "defaultalways") == true; }))
+  EXPECT_TRUE(WaitFor([&] { return profile.StoredAs<bool>(kMasterDomain, "defaultalways") == true; }))
       << "the arrow's choice was not stored";
   PressKeys({VK_DOWN});  // round to the first of the group
   EXPECT_TRUE(
@@ -266,7 +266,7 @@ TEST_F(KeyboardTest, KeysWorkTheControls) {
   }
   Escape(clear, "clear data");
   EXPECT_EQ(
-      profile.StoredNames(kMaster, "domains"),
+      profile.StoredNames(kMasterDomain, "domains"),
       (std::vector<std::string>{"alpha.example", "beta.example", "bravo.example", "kilo.example"}));
 
   // Trusted locations: F2 edits the focused row; Enter in the add dialog confirms.
@@ -283,7 +283,7 @@ TEST_F(KeyboardTest, KeysWorkTheControls) {
   TypeText(L"\\game");
   PressKeys({VK_RETURN});
   EXPECT_TRUE(WaitFor([&] {
-    return profile.StoredNames(kMaster, "trustedPaths") ==
+    return profile.StoredNames(kMasterDomain, "trustedPaths") ==
            std::vector<std::string>{"C:\\dev\\game"};
   }));
   HWND location = Open(trusted, IDC_TRUSTED_ADD);
@@ -295,7 +295,7 @@ TEST_F(KeyboardTest, KeysWorkTheControls) {
   PressKeys({VK_RETURN});
   ASSERT_TRUE(WaitFor([&] { return !IsWindow(location); })) << "Enter did not confirm";
   EXPECT_TRUE(WaitFor([&] {
-    return profile.StoredNames(kMaster, "trustedPaths") ==
+    return profile.StoredNames(kMasterDomain, "trustedPaths") ==
            std::vector<std::string>{"C:\\dev\\game", "D:\\tests"};
   }));
   Escape(trusted, "trusted locations");
