@@ -280,8 +280,10 @@ int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
   }
   std::vector<LayoutControl> controls;
   for (const Measured& entry : measured) controls.push_back(entry.layout);
-  LayoutPlan plan = PlanLayout(controls, client.right, client.bottom, margin.bottom,
-                               GetDeviceCaps(dc, LOGPIXELSX));
+  // The texts were measured against rightLimit: the plan must cap them at the same edge.
+  LayoutPlan plan =
+      PlanLayout(controls, client.right, client.bottom, LayoutMargins{margin.right, margin.bottom},
+                 GetDeviceCaps(dc, LOGPIXELSX));
   for (size_t index = 0; index < measured.size(); ++index) {
     const LayoutRect& rect = plan.rects[index];
     HWND control = measured[index].control;
