@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "layout/layout_plan.h"
+#include "layout/link_caption.h"
 
 namespace {
 
@@ -25,16 +26,6 @@ std::wstring TextOf(HWND control) {
   GetWindowTextW(control, text.data(), length + 1);
   text.resize(static_cast<size_t>(length));
   return text;
-}
-
-// What a link shows: the caption without its <a> and </a> markers and carriage returns.
-std::wstring Shown(std::wstring caption) {
-  for (const wchar_t* mark : {L"<a>", L"</a>", L"\r"}) {
-    for (size_t at = caption.find(mark); at != std::wstring::npos; at = caption.find(mark)) {
-      caption.erase(at, wcslen(mark));
-    }
-  }
-  return caption;
 }
 
 int ExtentOf(HDC dc, const std::wstring& text) {
@@ -101,7 +92,7 @@ std::wstring BreakCaption(HDC dc, const std::wstring& caption, int width) {
       size_t end =
           std::min(line.find_first_of(std::wstring{L' ', kInvisibleBreak}, start), line.size());
       std::wstring word = line.substr(start, end - start);
-      if (!first && ExtentOf(dc, shown + gap + Shown(word)) > width) {
+      if (!first && ExtentOf(dc, shown + gap + ShownText(word)) > width) {
         broken += L'\n';
         shown.clear();
       } else if (!first) {
@@ -222,7 +213,7 @@ LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
   LONG style = GetWindowLongW(control, GWL_STYLE);
   std::wstring caption = TextOf(control);
   bool isLink = _wcsicmp(className.c_str(), WC_LINK) == 0;
-  std::wstring text = isLink ? Shown(caption) : caption;
+  std::wstring text = isLink ? ShownText(caption) : caption;
   SIZE extent{};
   GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
   if (_wcsicmp(className.c_str(), L"Static") == 0 && HasInvisibleBreaks(text)) {
@@ -239,7 +230,7 @@ LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
   }
   if (!isLink || text.empty()) return layout;
   return MeasureText(layout, extent, rightLimit, [&](int width) {
-    return Unwrapped(dc, Shown(BreakCaption(dc, caption, width)));
+    return Unwrapped(dc, ShownText(BreakCaption(dc, caption, width)));
   });
 }
 
@@ -289,8 +280,10 @@ int FitDialogToTexts(HWND dialog, std::initializer_list<int> bottomBlockIds) {
   }
   std::vector<LayoutControl> controls;
   for (const Measured& entry : measured) controls.push_back(entry.layout);
-  LayoutPlan plan = PlanLayout(controls, client.right, client.bottom, margin.bottom,
-                               GetDeviceCaps(dc, LOGPIXELSX));
+  // The texts were measured against rightLimit: the plan must cap them at the same edge.
+  LayoutPlan plan =
+      PlanLayout(controls, client.right, client.bottom, LayoutMargins{margin.right, margin.bottom},
+                 GetDeviceCaps(dc, LOGPIXELSX));
   for (size_t index = 0; index < measured.size(); ++index) {
     const LayoutRect& rect = plan.rects[index];
     HWND control = measured[index].control;

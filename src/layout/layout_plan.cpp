@@ -227,8 +227,8 @@ int ScaleFrom96(int pixels, int dotsPerInch) {
 }
 
 LayoutPlan PlanLayout(const std::vector<LayoutControl>& controls, int clientWidth, int clientHeight,
-                      int margin, int dotsPerInch) {
-  Planner planner(controls, clientWidth, margin, dotsPerInch);
+                      LayoutMargins margins, int dotsPerInch) {
+  Planner planner(controls, clientWidth, margins.right, dotsPerInch);
   planner.Settle();
   std::vector<int> widths = ColumnWidths(controls);
   // Top to bottom, so that a control moved down is fitted at its new place.
@@ -246,10 +246,10 @@ LayoutPlan PlanLayout(const std::vector<LayoutControl>& controls, int clientWidt
     }
   }
   planner.FitRightAligned();
-  planner.KeepBottomBlockBelow(margin);
+  planner.KeepBottomBlockBelow(margins.bottom);
   LayoutPlan plan{planner.rects(), clientHeight};
   for (const LayoutRect& rect : plan.rects) {
-    plan.clientHeight = std::max(plan.clientHeight, rect.bottom + margin);
+    plan.clientHeight = std::max(plan.clientHeight, rect.bottom + margins.bottom);
   }
   return plan;
 }

@@ -44,6 +44,13 @@ struct LayoutControl {
 // dots per inch it grows in proportion, rounded to the nearest pixel as MulDiv rounds.
 int ScaleFrom96(int pixels, int dotsPerInch);
 
+// Room kept free at the right edge and below the last control. Dialog units are not square, so
+// the two differ in pixels.
+struct LayoutMargins {
+  int right = 0;
+  int bottom = 0;
+};
+
 struct LayoutPlan {
   std::vector<LayoutRect> rects;  // in the order of the input
   int clientHeight = 0;           // at least the given one; more when the texts need it
@@ -57,4 +64,4 @@ struct LayoutPlan {
 // amount, then keeps the bottom block below the last control. The gaps it leaves between
 // controls grow with the screen's dots per inch.
 LayoutPlan PlanLayout(const std::vector<LayoutControl>& controls, int clientWidth, int clientHeight,
-                      int margin, int dotsPerInch = 96);
+                      LayoutMargins margins, int dotsPerInch = 96);

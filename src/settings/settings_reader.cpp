@@ -8,6 +8,7 @@ namespace {
 constexpr uint32_t kSettingsTagType = 2;
 constexpr uint32_t kLongLengthMarker = 63;
 constexpr uint32_t kMagic = 0x5443534F;  // "TCSO"
+
 }  // namespace
 
 void LogSettingsMessage(const char* message) {
@@ -69,7 +70,8 @@ double SMSettingsReader::ReadDouble() {
 std::optional<std::string> SMSettingsReader::ReadAndCopyPStringAsSimpleString() {
   uint16_t count = ReadU16();
   if (!CanRead(count)) {
-    LogSettingsMessage("SMSettingsReader: ReadAndCopyPStringAsSimpleString() attempted to read beyond "
+    LogSettingsMessage(
+        "SMSettingsReader: ReadAndCopyPStringAsSimpleString() attempted to read beyond "
         "end-of-stream.\n");
     return std::string();
   }
@@ -102,7 +104,7 @@ std::optional<SettingValue> SMSettingsReader::ReadScalar(std::string name, uint3
   }
 }
 
-std::optional<SettingValue> SMSettingsReader::ReadArray(std::string name, bool* failed) {
+std::optional<SettingValue> SMSettingsReader::ReadArray(std::string name) {
   SettingArray elements;
   // The player keeps an unknown-type element when the previous known element of the same array
   // was a number or a boolean, and drops it after a string. Files written since then carry such
@@ -118,10 +120,12 @@ std::optional<SettingValue> SMSettingsReader::ReadArray(std::string name, bool* 
       elements.Append(std::move(*element));
       keepUnknownElement = type != kSettingString;
     } else if (type == kSettingArray) {
-      LogSettingsMessage("SMSettingsReader: Nested arrays are not supported. They are currently not a "
+      LogSettingsMessage(
+          "SMSettingsReader: Nested arrays are not supported. They are currently not a "
           "use-case; IGNORING VALUE.\n");
     } else {
-      LogSettingsMessage("SMSettingsReader: Unexpected data-type encountered when parsing array; IGNORING "
+      LogSettingsMessage(
+          "SMSettingsReader: Unexpected data-type encountered when parsing array; IGNORING "
           "VALUE.\n");
       if (keepUnknownElement) {
         elements.Append(SettingValue::OfUnknownType(std::move(*elementName), type));
@@ -129,10 +133,7 @@ std::optional<SettingValue> SMSettingsReader::ReadArray(std::string name, bool* 
     }
     // An ignored element's payload is not skipped: the next bytes are read as the next element.
   }
-  if (ReadU8() != kSettingArrayEnd) {
-    *failed = true;
-    return std::nullopt;
-  }
+  if (ReadU8() != kSettingArrayEnd) return std::nullopt;
   return SettingValue::Array(std::move(name), std::move(elements));
 }
 
@@ -158,11 +159,11 @@ std::unique_ptr<SettingsTable> SMSettingsReader::Parse(std::string* objectName) 
     if (type <= kSettingString) {
       value = ReadScalar(std::move(*pairName), type);
     } else if (type == kSettingArray) {
-      bool failed = false;
-      value = ReadArray(std::move(*pairName), &failed);
-      if (failed) return nullptr;
+      value = ReadArray(std::move(*pairName));
+      if (!value) return nullptr;
     } else {
-      LogSettingsMessage("SMSettingsReader: Unexpected data-type encountered when parsing settings; IGNORING "
+      LogSettingsMessage(
+          "SMSettingsReader: Unexpected data-type encountered when parsing settings; IGNORING "
           "VALUE.\n");
     }
     if (value) table->Insert(std::move(*value));

@@ -83,7 +83,8 @@ TEST(LayoutPlanTest, ControlsMakeRoomForTheirTextsAndPushTheirNeighbours) {
   };
   for (const Case& testCase : cases) {
     SCOPED_TRACE(testCase.what);
-    EXPECT_EQ(PlanLayout(testCase.controls, 430, 300, 10).rects, testCase.planned);
+    // Dialog units are not square: the side margin caps widths, not the bottom one.
+    EXPECT_EQ(PlanLayout(testCase.controls, 430, 300, {10, 14}).rects, testCase.planned);
   }
 }
 
@@ -103,7 +104,7 @@ TEST(LayoutPlanTest, TheBottomBlockMovesOnlyWhenTheControlsAboveReachIt) {
     std::vector<LayoutControl> controls{
         Wrapping({10, 40, 420, 100}, expected.labelNeeds), OneLine({10, 110, 200, 130}, 100),
         InBottomBlock(Rule({10, 200, 420, 202})), InBottomBlock(Wrapping({40, 210, 420, 260}, 50))};
-    LayoutPlan plan = PlanLayout(controls, 430, 300, 10);
+    LayoutPlan plan = PlanLayout(controls, 430, 300, {10, 10});
     EXPECT_EQ(plan.rects[2].top, expected.blockTop) << expected.labelNeeds;
     EXPECT_EQ(plan.rects[3].top - plan.rects[2].top, 10) << "the block keeps its shape";
     EXPECT_EQ(plan.clientHeight, expected.clientHeight) << expected.labelNeeds;

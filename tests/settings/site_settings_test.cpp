@@ -204,25 +204,6 @@ TEST(SiteSettings, SiteDataUnderTheAppContainerGoesToo) {
 }
 #endif
 
-// The hostile-name table below sets values on such names, removes them and checks their data stay.
-TEST(SiteSettings, DeviceLikeSiteNamesAreOrdinarySites) {
-  // "#" + a device name is an ordinary folder name, so these sites have settings of their own;
-  // only their stored-data folder (the bare name) is never deleted.
-  const std::vector<std::string> names = {
-      "con.example.com", "aux.example.org", "com1.example.net", "nul.example", "PRN", "lpt9",
-      "conin$.example",  "#AppContainer"};
-  TestProfile profile;
-  {
-    SMSettingsManager manager(*profile.platform);
-    for (const std::string& name : names) {
-      EXPECT_TRUE(manager.AddSite(name)) << name;
-      EXPECT_TRUE(fs::exists(profile.SiteFile(name))) << name;
-    }
-  }
-  SMSettingsManager reread(*profile.platform);
-  EXPECT_EQ(KnownSiteNames(reread), names);
-}
-
 TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
   TestProfile profile;
   const fs::path stored = profile.SharedObjects() / "QX7T2";
@@ -236,7 +217,8 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
   ASSERT_TRUE(manager.AddSite("example.com"));
   const auto before = Snapshot(profile.temp.path());
 
-  // Whether the name has a settings folder of its own; no name here may delete stored data.
+  // Whether the name has a settings folder of its own ("#" and a device name is an ordinary
+  // folder name); no name here may delete stored data.
   // clang-format off
   const std::vector<std::pair<std::string, bool>> cases = {
       {"", true}, {".", false}, {"..", false}, {"../evil", false}, {"..\\evil", false},
