@@ -1,6 +1,7 @@
-// Hostile layouts of the player's folders against every operation that deletes or writes, from
+// Hostile layouts of the player's folders against every way of deleting or writing there, from
 // the pages and dialogs and from vpsettings: whatever the layout, nothing outside the player's
-// own folders loses a byte.
+// own folders loses a byte. (Deauthorize and Clear data without the licences take the same
+// deletions as Clear data with them.)
 //
 // Under Wine (the Windows build's run of this test) the links are the host's symbolic links,
 // made with its ln: a Windows program cannot make one there (CreateSymbolicLinkW makes nothing,
@@ -19,7 +20,6 @@
 #include "dialogs/clear_data_logic.h"
 #include "dialogs/site_list_logic.h"
 #include "l10n/string_table.h"
-#include "pages/advanced_logic.h"
 #include "pages/storage_logic.h"
 #include "platform/private_data_folder.h"
 #include "settings/settings_manager.h"
@@ -174,14 +174,6 @@ const Operation kOperations[] = {
        ScriptedPrompts prompts({true});
        return ApplyStorageChoice(settings, prompts, kStorageAllow, kStorageBlock) != kStorageBlock;
      }},
-    {"Clear data", kAllSites | kCaches, false,
-     [](Profile& profile, std::string*) -> std::optional<bool> {
-       SMSettingsManager settings(*profile.platform);
-       SMPrivateDataFolder licences(profile.platform->PrivateDataFolder(), profile.platform.get());
-       ScriptedPrompts prompts;
-       return ClearAllData(settings, *profile.platform, licences, prompts, {true, false})
-           .siteDataFailed;
-     }},
     {"Clear data with licences", kAllSites | kCaches | kLicences, false,
      [](Profile& profile, std::string*) -> std::optional<bool> {
        SMSettingsManager settings(*profile.platform);
@@ -190,12 +182,6 @@ const Operation kOperations[] = {
        ClearDataOutcome outcome =
            ClearAllData(settings, *profile.platform, licences, prompts, {true, true});
        return outcome.siteDataFailed || outcome.licenceFilesFailed;
-     }},
-    {"Deauthorize", kLicences, false,
-     [](Profile& profile, std::string*) -> std::optional<bool> {
-       SMPrivateDataFolder licences(profile.platform->PrivateDataFolder(), profile.platform.get());
-       ScriptedPrompts prompts({true});
-       return DeauthorizeComputer(prompts, licences) == DeauthorizeOutcome::kFailed;
      }},
     {"vpsettings remove-site", kOneSite, true,
      [](Profile& profile, std::string* message) {
