@@ -72,20 +72,6 @@ void MakeLink(const fs::path& target, const fs::path& link) {
 #endif
 }
 
-// Every entry below a folder, links not followed: files with their bytes.
-std::map<std::string, std::string> Snapshot(const fs::path& folder) {
-  std::map<std::string, std::string> entries;
-  std::error_code error;
-  for (fs::recursive_directory_iterator it(folder, error), end; !error && it != end;
-       it.increment(error)) {
-    entries[fs::relative(it->path(), folder).generic_string()] = it->is_symlink() ? "<link>"
-                                                                 : it->is_directory()
-                                                                     ? "<folder>"
-                                                                     : ReadFileBytes(it->path());
-  }
-  return entries;
-}
-
 // A profile where the player has kept data for one site, its caches and licence files.
 struct Profile {
   TempFolder temp;
@@ -282,13 +268,13 @@ TEST(DataPathGuard, NoOperationLosesAByteOutsideThePlayersFolders) {
       Profile profile(layout.roaming ? layout.roaming(roamingPlace) : "");
       const std::vector<fs::path> canaries = layout.arrange(profile);
       std::vector<std::map<std::string, std::string>> before;
-      for (const fs::path& folder : canaries) before.push_back(Snapshot(folder));
+      for (const fs::path& folder : canaries) before.push_back(FolderSnapshot(folder));
 
       std::string message;
       std::optional<bool> failed = operation.run(profile, &message);
 
       for (size_t i = 0; i < canaries.size(); ++i) {
-        EXPECT_EQ(Snapshot(canaries[i]), before[i]) << canaries[i];
+        EXPECT_EQ(FolderSnapshot(canaries[i]), before[i]) << canaries[i];
       }
       if (!failed || (operation.tool && layout.badFolderOption)) continue;
       const unsigned fails = UnderWine() ? layout.met : layout.refused;
