@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -31,16 +30,6 @@ std::string Domains(const std::vector<std::string>& sites) {
   std::string elements;
   for (const std::string& site : sites) elements += Element(site, 1, Byte(1));
   return ArrayPair("domains", elements);
-}
-
-// Every file and folder below a folder, with the contents of each file.
-std::map<std::string, std::string> Snapshot(const fs::path& root) {
-  std::map<std::string, std::string> entries;
-  for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    std::string key = PathToUtf8(fs::relative(entry.path(), root));
-    entries[key] = entry.is_directory() ? "<dir>" : ReadFileBytes(entry.path());
-  }
-  return entries;
 }
 
 }  // namespace
@@ -215,7 +204,7 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
   WriteFileBytes(profile.dataRoot / "evil" / "canary.txt", "canary");
   SMSettingsManager manager(*profile.platform);
   ASSERT_TRUE(manager.AddSite("example.com"));
-  const auto before = Snapshot(profile.temp.path());
+  const auto before = FolderSnapshot(profile.temp.path());
 
   // Whether the name has a settings folder of its own ("#" and a device name is an ordinary
   // folder name); no name here may delete stored data.
@@ -243,7 +232,7 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
     EXPECT_TRUE(manager.RemoveSite(name, true));
     EXPECT_TRUE(manager.DeleteSiteSettings(name, true));
     EXPECT_TRUE(manager.DeleteSiteSettings(name, false));
-    EXPECT_EQ(Snapshot(profile.temp.path()), before);
+    EXPECT_EQ(FolderSnapshot(profile.temp.path()), before);
     EXPECT_EQ(KnownSiteNames(manager), std::vector<std::string>{"example.com"});
   }
 

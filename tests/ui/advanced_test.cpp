@@ -93,8 +93,8 @@ TEST_F(AdvancedTest, ClearDataWithALockedLicence) {
   EXPECT_EQ(profile.StoredNames(kMasterDomain, "domains"), std::vector<std::string>{});
 }
 
-// Which names are kept is TrustedLocations' table; here two pasted paths (typing one is the
-// keyboard test's), one edit in place and a removal of two rows reach the list and the file.
+// Which names are kept is TrustedLocations' table; here two pasted paths, one edit in place and
+// a removal of two rows reach the list and the file.
 TEST_F(AdvancedTest, TrustedLocationsAddEditAndRemove) {
   const std::wstring game = L"C:\\dev\\game.vtm";
   const std::wstring accented = L"D:\\Entw\u00fcrfe\\\u6e2c\u8a66";
