@@ -26,6 +26,6 @@ if [ -n "${VP_LAYOUT_DPI:-}" ]; then
   scales="($(IFS='|'; echo "${alternatives[*]}"))"
 fi
 pattern="^wine\\.ui_layout\\.${languages}${scales}\$"
-trap 'vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-ui"; vp_stop_xvfb' EXIT
+trap 'vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-layout"; vp_stop_xvfb' EXIT
 vp_start_xvfb
 ctest --test-dir build/mingw -R "$pattern" --output-on-failure

@@ -47,10 +47,10 @@ windows_build_rest() { nice -n 5 cmake --build --preset mingw -j2; }
 # stopped before it starts, and its next one takes the track's display.
 prepare_prefixes() {
   local prefix
-  for prefix in wine-ui wine-core; do
+  for prefix in wine-ui wine-layout wine-core; do
     vp_stop_wine_prefix "$VP_ROOT/build/mingw/$prefix"
     env -u DISPLAY VP_WINEPREFIX="$VP_ROOT/build/mingw/$prefix" \
-      $([ $prefix = wine-ui ] && echo VP_WINE_DPI=96) "$VP_ROOT/tools/wine-run" cmd /c exit ||
+      $([ $prefix != wine-core ] && echo VP_WINE_DPI=96) "$VP_ROOT/tools/wine-run" cmd /c exit ||
       return 1
     vp_stop_wine_prefix "$VP_ROOT/build/mingw/$prefix"
   done
@@ -65,14 +65,31 @@ windows_core_track() {
   return $status
 }
 
-windows_ui_track() {
+# One lane of the UI track: the tests of one label, in their own prefix, on their own display.
+ui_lane() {
+  local label="$1" prefix="$VP_ROOT/build/mingw/$2"
   # A server left over from an aborted run would keep the display it was started with.
-  vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-ui"
+  vp_stop_wine_prefix "$prefix"
   vp_start_xvfb
   local status=0
-  ctest --preset mingw-ui || status=$?
-  vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-ui"
+  ctest --preset mingw-ui -L "^${label}\$" || status=$?
+  vp_stop_wine_prefix "$prefix"
   vp_stop_xvfb
+  return $status
+}
+
+# The layout tests and the others run side by side: most of their time is spent waiting for
+# windows, not on the processors.
+windows_ui_track() {
+  local logs="$VP_ROOT/build/ui-lanes" sheet layout status=0
+  mkdir -p "$logs"
+  ui_lane ui-sheet wine-ui >"$logs/sheet.log" 2>&1 &
+  sheet=$!
+  ui_lane ui-layout wine-layout >"$logs/layout.log" 2>&1 &
+  layout=$!
+  wait $sheet || status=1
+  wait $layout || status=1
+  cat "$logs/sheet.log" "$logs/layout.log"
   return $status
 }
 
@@ -135,13 +152,13 @@ total_failed=0
 for name in "${tracks[@]}"; do
   log="$VP_ROOT/build/track-${name}.log"
   status=$(cat "$VP_ROOT/build/track-${name}.status" 2>/dev/null || echo 1)
-  summary=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$log" | tail -1)
-  if [ -n "$summary" ]; then
+  # One ctest summary per run of ctest (the UI track has one per lane).
+  while read -r summary; do
     out_of=$(echo "$summary" | sed -E 's/.*out of ([0-9]+).*/\1/')
     fails=$(echo "$summary" | sed -E 's/.*passed, ([0-9]+) tests failed.*/\1/')
     total_passed=$((total_passed + out_of - fails))
     total_failed=$((total_failed + fails))
-  fi
+  done < <(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$log")
   if [ "$status" -eq 0 ]; then
     echo "  PASS $name"
   else
