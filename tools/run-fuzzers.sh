@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs every fuzz target of the `fuzz` preset, sharing the given number of processor seconds
-# (default 60) between them, each starting from its committed seed corpus. They run side by side,
-# so the time is shared between them on two processors: three targets at once for 30 s each.
+# (default 60) between them, each starting from its committed seed corpus; they run side by side
+# on two processors.
 # Exits non-zero on any crash, leak, timeout or sanitizer report; the input that caused it is
 # kept under build/fuzz/artifacts. With --list, prints the targets' names and runs nothing.
 set -uo pipefail
@@ -37,9 +37,12 @@ if [ "$seconds" = --list ]; then
   echo "${targets[*]}"
   exit 0
 fi
+# All at once on two processors: each for half the total, so that the processors spend the
+# total on them between them.
 processors=2
+[ ${#targets[@]} -ge $processors ] || processors=${#targets[@]}
 total="$seconds"
-seconds=$(( total * processors / ${#targets[@]} ))
+seconds=$(( total / processors ))
 [ "$seconds" -ge 1 ] || seconds=1
 # Each target's output goes to its own log, shown whole once it ends, so reports do not mix.
 logs="$build/fuzz-logs"
