@@ -59,6 +59,12 @@ bool SaveWindowPng(HWND window, const std::wstring& path) {
   int width = bounds.right - bounds.left;
   int height = bounds.bottom - bounds.top;
   if (width <= 0 || height <= 0) return false;
+  // What lies off the screen cannot be read from it (the picture would come out black).
+  RECT screenBounds{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+  RECT onScreen{};
+  if (!IntersectRect(&onScreen, &bounds, &screenBounds) || !EqualRect(&onScreen, &bounds)) {
+    return false;
+  }
   HRESULT com = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   HDC screen = GetDC(nullptr);
   HDC memory = CreateCompatibleDC(screen);
