@@ -157,6 +157,22 @@ void SMDialogObject::SetCaption(TextId textId) {
   SetWindowTextW(window_, text ? text->c_str() : L"");
 }
 
+void SMDialogObject::SetDeclaredTexts() {
+  for (const SMControlText& caption : texts_.captions) {
+    SetControlText(caption.controlId, caption.text);
+  }
+  for (const SMHelpLink& link : texts_.links) SetControlLink(link.controlId, link.caption);
+}
+
+bool SMDialogObject::OpenLinkIn(std::span<const SMHelpLink> links, UINT_PTR controlId) {
+  for (const SMHelpLink& link : links) {
+    if (static_cast<UINT_PTR>(link.controlId) != controlId) continue;
+    OpenHelpLink(link.url);
+    return true;
+  }
+  return false;
+}
+
 void SMDialogObject::OpenHelpLink(TextId urlId) {
   // A missing address still makes the call; the shell then opens nothing.
   system_.OpenUrl(window_, strings_.GetString(urlId));

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "l10n/string_table.h"
@@ -13,11 +14,32 @@
 // when the id has no text or it cannot be converted.
 std::optional<std::wstring> WideText(SMStringTable& strings, TextId id);
 
+// A control whose caption is one text of the table.
+struct SMControlText {
+  int controlId;
+  TextId text;
+};
+
+// A link control: its caption, made one link as a whole, and the help address a click opens.
+struct SMHelpLink {
+  int controlId;
+  TextId caption;
+  TextId url;
+};
+
+// The fixed texts of a page or dialog, declared once beside its template's ids: set when the
+// window starts, and the links' addresses looked up when one is clicked.
+struct SMDialogTexts {
+  std::span<const SMControlText> captions;
+  std::span<const SMHelpLink> links;
+};
+
 // Base of every page and modal dialog: one dialog procedure for all of them, which finds the
 // object in the window's DWLP_USER slot and hands it each message.
 class SMDialogObject {
  public:
-  SMDialogObject(SMSystem& system, SMStringTable& strings) : system_(system), strings_(strings) {}
+  SMDialogObject(SMSystem& system, SMStringTable& strings, SMDialogTexts texts = {})
+      : system_(system), strings_(strings), texts_(texts) {}
   SMDialogObject(const SMDialogObject&) = delete;
   SMDialogObject& operator=(const SMDialogObject&) = delete;
 
@@ -47,6 +69,13 @@ class SMDialogObject {
   static INT_PTR CALLBACK StartDialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
  protected:
+  // Sets every declared caption and link.
+  void SetDeclaredTexts();
+  // Opens the address of the declared link with this control id; false when there is none.
+  bool OpenDeclaredLink(UINT_PTR controlId) { return OpenLinkIn(texts_.links, controlId); }
+  // The same over other links.
+  bool OpenLinkIn(std::span<const SMHelpLink> links, UINT_PTR controlId);
+
   // The map itself; each returns true when it handled the message.
   virtual bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) = 0;
 
@@ -56,6 +85,8 @@ class SMDialogObject {
   bool handled_ = false;
 
  private:
+  const SMDialogTexts texts_;
+
   static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static INT_PTR Dispatch(SMDialogObject* object, HWND window, UINT message, WPARAM wParam,
                           LPARAM lParam);

@@ -2,8 +2,9 @@
 
 #include "layout/dialog_layout.h"
 
-SMModalDialog::SMModalDialog(SMSystem& system, SMStringTable& strings, int templateId)
-    : SMDialogObject(system, strings),
+SMModalDialog::SMModalDialog(SMSystem& system, SMStringTable& strings, int templateId,
+                             SMDialogTexts texts)
+    : SMDialogObject(system, strings, texts),
       rightToLeft_(IsRightToLeftUser(system)),
       templateId_(templateId) {}
 
@@ -14,7 +15,8 @@ INT_PTR SMModalDialog::Run() {
 bool SMModalDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   if (message != WM_INITDIALOG) return OnDialogMessage(message, wParam, lParam, result);
   if (rightToLeft_) MakeRightToLeft(window_);
-  SetTexts();
+  SetDeclaredTexts();
+  SetMoreTexts();
   FitDialogToTexts(window_);
   result = OnStart();
   return true;

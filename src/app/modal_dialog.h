@@ -7,15 +7,15 @@
 // decide it), then its texts, then the layout fitted to those texts, then its own start.
 class SMModalDialog : public SMDialogObject {
  public:
-  SMModalDialog(SMSystem& system, SMStringTable& strings, int templateId);
+  SMModalDialog(SMSystem& system, SMStringTable& strings, int templateId, SMDialogTexts texts = {});
 
   // Runs the dialog over the active window: its end code, or -1 when it could not be shown.
   INT_PTR Run();
 
  protected:
   bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) final;
-  // The title and every text of the dialog, including the items of its choice lists.
-  virtual void SetTexts() = 0;
+  // The title and the texts beyond the declared ones, including the items of its choice lists.
+  virtual void SetMoreTexts() = 0;
   // Runs once the controls have their places; the answer to WM_INITDIALOG (TRUE: the system
   // puts the focus on the first control).
   virtual LRESULT OnStart() { return TRUE; }

@@ -10,6 +10,9 @@ namespace {
 
 // The notice icon's size in pixels at 96 dots per inch.
 constexpr int kNoticeIconSize = 32;
+constexpr SMHelpLink kNoticeLinks[] = {
+    {IDC_NOTICE_LINK, TextId::kChromiumLink, TextId::kChromiumUrl},
+};
 
 // All pages of a sheet are the size of its page area: a page whose texts need more height makes
 // the area (and every page already created) taller; pages created later get the new size.
@@ -33,8 +36,8 @@ void GrowPageArea(HWND sheet, int pageHeight) {
 
 }  // namespace
 
-SettingsPage::SettingsPage(int templateId, const SMAppObjects& objects)
-    : SMDialogObject(objects.system, objects.strings), objects_(objects) {
+SettingsPage::SettingsPage(int templateId, const SMAppObjects& objects, SMDialogTexts texts)
+    : SMDialogObject(objects.system, objects.strings, texts), objects_(objects) {
   descriptor_.dwSize = PROPSHEETPAGEW_V1_SIZE;
   descriptor_.dwFlags = PSP_USECALLBACK;
   descriptor_.hInstance = GetModuleHandleW(nullptr);
@@ -65,7 +68,9 @@ bool SettingsPage::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
   switch (message) {
     case WM_INITDIALOG:
       if (rightToLeft_) MakeRightToLeft(window_);
-      SetTexts();
+      SetDeclaredTexts();
+      if (GetDlgItem(window_, IDC_NOTICE_TEXT) != nullptr) SetNoticeTexts();
+      SetMoreTexts();
       GrowPageArea(GetParent(window_),
                    FitDialogToTexts(window_, {IDC_NOTICE_RULE, IDC_NOTICE_ICON, IDC_NOTICE_TEXT,
                                               IDC_NOTICE_LINK}));
@@ -89,14 +94,9 @@ bool SettingsPage::OnButtonClicked(int) {
   return false;
 }
 
-std::optional<TextId> SettingsPage::LinkUrlId(int controlId) {
-  if (controlId == IDC_NOTICE_LINK) return TextId::kChromiumUrl;
-  return std::nullopt;
-}
-
 void SettingsPage::SetNoticeTexts() {
   SetControlText(IDC_NOTICE_TEXT, TextId::kChromiumNotice);
-  SetControlLink(IDC_NOTICE_LINK, TextId::kChromiumLink);
+  for (const SMHelpLink& link : kNoticeLinks) SetControlLink(link.controlId, link.caption);
   // The template's icon comes in the standard size; the icon file has one drawn for each scale.
   if (noticeIcon_ == nullptr) {
     const int size = ScaledPixels(window_, kNoticeIconSize);
@@ -111,13 +111,10 @@ void SettingsPage::SetNoticeTexts() {
 }
 
 bool SettingsPage::OnNotify(const NMHDR& header, LRESULT& result) {
-  if (header.code == NM_CLICK) {
-    std::optional<TextId> url = LinkUrlId(static_cast<int>(header.idFrom));
-    if (url) {
-      OpenHelpLink(*url);
-      result = 0;
-      return true;
-    }
+  if (header.code == NM_CLICK &&
+      (OpenDeclaredLink(header.idFrom) || OpenLinkIn(kNoticeLinks, header.idFrom))) {
+    result = 0;
+    return true;
   }
   // Only the sheet's notifications to this page are the base's business.
   if (header.hwndFrom != window_ && header.hwndFrom != GetParent(window_)) return false;

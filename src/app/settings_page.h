@@ -15,7 +15,7 @@
 // active tab; it never keeps a setting beyond its controls.
 class SettingsPage : public SMDialogObject {
  public:
-  SettingsPage(int templateId, const SMAppObjects& objects);
+  SettingsPage(int templateId, const SMAppObjects& objects, SMDialogTexts texts);
   ~SettingsPage() override;
 
   // The descriptor handed to CreatePropertySheetPageW (first-version size).
@@ -29,21 +29,19 @@ class SettingsPage : public SMDialogObject {
 
  protected:
   bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
-  // Sets every text of the page (labels, buttons, wrapped links).
-  virtual void SetTexts() = 0;
+  // Texts beyond the declared ones, set before the layout fits the page.
+  virtual void SetMoreTexts() {}
   // Runs after the texts are fitted and the values shown (administrator locks, for instance).
   virtual void AfterInit() {}
   // A click on one of the page's buttons; false when the id is not the page's.
   virtual bool OnButtonClicked(int controlId);
-  // The help address opened by a link of the page; nothing when the control is no such link.
-  virtual std::optional<TextId> LinkUrlId(int controlId);
-  // The Chromium notice block at the bottom of the page.
-  void SetNoticeTexts();
 
   SMAppObjects objects_;
   bool rightToLeft_ = false;
 
  private:
+  // The Chromium notice block at the bottom of the page, where its template has one.
+  void SetNoticeTexts();
   bool OnNotify(const NMHDR& header, LRESULT& result);
   static UINT CALLBACK PageCallback(HWND window, UINT message, PROPSHEETPAGEW* page);
 

@@ -130,15 +130,17 @@ void PlanSites(const Policy& policy, CliContext& context, std::vector<Change>& c
         from = ChoiceWord(current);
       }
       // A new site is added as the add-site dialog adds it; a known one changes as in its list.
-      changes.push_back({"site " + site.name + " " + entry.label, from, ChoiceWord(*entry.choice),
-                         Change::kSettingsFile, settings.SettingsFileOf(site.name).value_or(""),
-                         [name = site.name, known, permission = entry.permission,
-                          choice = *entry.choice](CliContext& store) {
-                           SMSettingsManager& writer = store.settings();
-                           if (known) return ChangeSiteChoice(writer, name, permission, choice);
-                           return writer.AddSite(name) &&
-                                  WriteSiteChoice(writer, name, permission, choice);
-                         }});
+      changes.push_back(
+          {"site " + site.name + " " + entry.label, from, ChoiceWord(*entry.choice),
+           Change::kSettingsFile, settings.SettingsFileOf(site.name).value_or(""),
+           [name = site.name, known, permission = entry.permission,
+            choice = *entry.choice](CliContext& store) {
+             SMSettingsManager& writer = store.settings();
+             if (known) {
+               return ChangeSiteChoice(writer, name, permission, choice) == ChoiceChange::kDone;
+             }
+             return writer.AddSite(name) && WriteSiteChoice(writer, name, permission, choice);
+           }});
     }
   }
 }

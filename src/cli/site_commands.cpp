@@ -2,6 +2,7 @@
 // locations dialogs do, from a shell.
 #include <algorithm>
 #include <iostream>
+#include <vector>
 
 #include "app/user_prompts.h"
 #include "cli/commands.h"
@@ -21,15 +22,25 @@ std::optional<SitePermission> PermissionFromWord(const std::string& word) {
   return std::nullopt;
 }
 
-// The camera choice covers HTTPS and other pages alike.
-bool WriteChoice(SMSettingsManager& settings, const std::string& site, SitePermission permission,
-                 SiteChoice choice) {
-  if (permission != SitePermission::kCameraSecure) {
-    return WriteSiteChoice(settings, site, permission, choice);
+// A new site gets its choice as the add-site dialog writes it, with nothing deleted; a known one
+// changes as in its by-site list. The camera choice covers HTTPS and other pages alike.
+ChoiceChange SetChoice(SMSettingsManager& settings, const std::string& site, bool isNew,
+                       SitePermission permission, SiteChoice choice) {
+  std::vector<SitePermission> permissions{permission};
+  if (permission == SitePermission::kCameraSecure) {
+    permissions.push_back(SitePermission::kCameraOther);
   }
-  bool secure = WriteSiteChoice(settings, site, SitePermission::kCameraSecure, choice);
-  bool other = WriteSiteChoice(settings, site, SitePermission::kCameraOther, choice);
-  return secure && other;
+  ChoiceChange outcome = ChoiceChange::kDone;
+  for (SitePermission each : permissions) {
+    ChoiceChange change = ChoiceChange::kNotWritten;
+    if (!isNew) {
+      change = ChangeSiteChoice(settings, site, each, choice);
+    } else if (WriteSiteChoice(settings, site, each, choice)) {
+      change = ChoiceChange::kDone;
+    }
+    if (outcome == ChoiceChange::kDone) outcome = change;
+  }
+  return outcome;
 }
 
 // The site's settings file; empty for a name that has none of its own.
@@ -134,13 +145,13 @@ int RunSite(CliContext& context, const std::string& site, const std::string& per
   }
   bool isNew = !IsKnownSite(settings, site);
   if (isNew && !settings.AddSite(site)) return FailChange(context, "write", siteFile);
-  if (!WriteChoice(settings, site, *stored, *choice)) {
-    return FailChange(context, "write", siteFile);
-  }
-  // Blocking an existing site's storage deletes what it stored at once; its settings stay.
-  if (!isNew && *stored == SitePermission::kStorage && *choice == kChoiceBlock &&
-      !settings.RemoveSite(site, false)) {
-    return FailChange(context, "delete the stored data of", site);
+  switch (SetChoice(settings, site, isNew, *stored, *choice)) {
+    case ChoiceChange::kNotWritten:
+      return FailChange(context, "write", siteFile);
+    case ChoiceChange::kDataNotDeleted:
+      return FailChange(context, "delete the stored data of", site);
+    case ChoiceChange::kDone:
+      break;
   }
   return kExitOk;
 }

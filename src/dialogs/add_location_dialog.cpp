@@ -33,22 +33,25 @@ std::wstring TextOrEmpty(const std::optional<std::wstring>& text) {
   return text.value_or(std::wstring());
 }
 
+constexpr SMControlText kCaptions[] = {
+    {IDC_ADD_LOCATION_LABEL, TextId::kEditLocationLabel},
+    {IDC_ADD_LOCATION_FILE, TextId::kAddFile},
+    {IDC_ADD_LOCATION_FOLDER, TextId::kAddFolder},
+    {IDOK, TextId::kConfirm},
+    {IDCANCEL, TextId::kCancel},
+};
+
 }  // namespace
 
 AddLocationDialog::AddLocationDialog(SMSystem& system, SMStringTable& strings)
-    : SMModalDialog(system, strings, IDD_ADD_LOCATION) {}
+    : SMModalDialog(system, strings, IDD_ADD_LOCATION, {kCaptions, {}}) {}
 
 bool AddLocationDialog::RunConfirmed() {
   return Run() == kConfirmed;
 }
 
-void AddLocationDialog::SetTexts() {
+void AddLocationDialog::SetMoreTexts() {
   SetCaption(TextId::kEditLocationTitle);
-  SetControlText(IDC_ADD_LOCATION_LABEL, TextId::kEditLocationLabel);
-  SetControlText(IDC_ADD_LOCATION_FILE, TextId::kAddFile);
-  SetControlText(IDC_ADD_LOCATION_FOLDER, TextId::kAddFolder);
-  SetControlText(IDOK, TextId::kConfirm);
-  SetControlText(IDCANCEL, TextId::kCancel);
 }
 
 LRESULT AddLocationDialog::OnStart() {

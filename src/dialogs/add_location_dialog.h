@@ -14,7 +14,7 @@ class AddLocationDialog : public SMModalDialog {
   const std::wstring& location() const { return location_; }
 
  protected:
-  void SetTexts() override;
+  void SetMoreTexts() override;
   LRESULT OnStart() override;
   bool OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 

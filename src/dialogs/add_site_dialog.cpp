@@ -3,15 +3,25 @@
 #include "dialogs/add_site_ids.h"
 #include "dialogs/site_list_logic.h"
 
-AddSiteDialog::AddSiteDialog(SMSystem& system, SMStringTable& strings, TextId title, TextId prompt)
-    : SMModalDialog(system, strings, IDD_ADD_SITE), title_(title), prompt_(prompt) {}
+namespace {
 
-void AddSiteDialog::SetTexts() {
+constexpr SMControlText kCaptions[] = {
+    {IDC_ADD_SITE_DOMAIN_LABEL, TextId::kDomainLabel},
+    {IDOK, TextId::kAdd},
+    {IDCANCEL, TextId::kCancel},
+};
+
+}  // namespace
+
+AddSiteDialog::AddSiteDialog(SMSystem& system, SMStringTable& strings, TextId title, TextId prompt)
+    : SMModalDialog(system, strings, IDD_ADD_SITE, {kCaptions, {}}),
+      title_(title),
+      prompt_(prompt) {}
+
+void AddSiteDialog::SetMoreTexts() {
+  // Each list that opens this dialog names what is added.
   SetCaption(title_);
-  SetControlText(IDC_ADD_SITE_DOMAIN_LABEL, TextId::kDomainLabel);
   SetControlText(IDC_ADD_SITE_PROMPT, prompt_);
-  SetControlText(IDOK, TextId::kAdd);
-  SetControlText(IDCANCEL, TextId::kCancel);
   HWND combo = GetDlgItem(window_, IDC_ADD_SITE_CHOICE);
   for (SiteChoice item : {kChoiceAsk, kChoiceAllow, kChoiceBlock}) {
     std::optional<std::wstring> text = GetText(ChoiceItemTextId(item));

@@ -18,7 +18,7 @@ class AddSiteDialog : public SMModalDialog {
   SiteChoice choice() const { return choice_; }
 
  protected:
-  void SetTexts() override;
+  void SetMoreTexts() override;
   LRESULT OnStart() override;
   bool OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 

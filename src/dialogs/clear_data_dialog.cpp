@@ -11,20 +11,24 @@ namespace {
 // What the dialog's result means to the pages: nothing, it is always the same.
 constexpr INT_PTR kClearDataEndCode = 1;
 
+constexpr SMControlText kCaptions[] = {
+    {IDC_CLEAR_DATA_INTRO, TextId::kClearDataIntro},
+    {IDC_CLEAR_SITE_DATA, TextId::kClearSiteData},
+    {IDC_CLEAR_LICENSES, TextId::kClearLicences},
+    {IDC_CLEAR_LICENSES_EXPLANATION, TextId::kClearLicencesExplanation},
+    {IDC_CLEAR_DATA_HISTORY_NOTE, TextId::kClearDataHistoryNote},
+    {IDC_CLEAR_DATA_CANCEL, TextId::kCancel},
+    {IDC_CLEAR_DATA_DELETE, TextId::kDeleteData},
+};
+
 }  // namespace
 
 ClearDataDialog::ClearDataDialog(const SMAppObjects& objects)
-    : SMModalDialog(objects.system, objects.strings, IDD_CLEAR_DATA), objects_(objects) {}
+    : SMModalDialog(objects.system, objects.strings, IDD_CLEAR_DATA, {kCaptions, {}}),
+      objects_(objects) {}
 
-void ClearDataDialog::SetTexts() {
+void ClearDataDialog::SetMoreTexts() {
   SetCaption(TextId::kClearDataTitle);
-  SetControlText(IDC_CLEAR_DATA_INTRO, TextId::kClearDataIntro);
-  SetControlText(IDC_CLEAR_SITE_DATA, TextId::kClearSiteData);
-  SetControlText(IDC_CLEAR_LICENSES, TextId::kClearLicences);
-  SetControlText(IDC_CLEAR_LICENSES_EXPLANATION, TextId::kClearLicencesExplanation);
-  SetControlText(IDC_CLEAR_DATA_HISTORY_NOTE, TextId::kClearDataHistoryNote);
-  SetControlText(IDC_CLEAR_DATA_CANCEL, TextId::kCancel);
-  SetControlText(IDC_CLEAR_DATA_DELETE, TextId::kDeleteData);
 
   // Three sentences as one paragraph, then the privacy-controls link on its own.
   std::wstring explanation;

@@ -11,7 +11,7 @@ class ClearDataDialog : public SMModalDialog {
   explicit ClearDataDialog(const SMAppObjects& objects);
 
  protected:
-  void SetTexts() override;
+  void SetMoreTexts() override;
   LRESULT OnStart() override;
   bool OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 

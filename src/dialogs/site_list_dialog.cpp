@@ -28,11 +28,17 @@ class AddSitePrompts : public SMMessageBoxPrompts {
   }
 };
 
+constexpr SMControlText kCaptions[] = {
+    {IDC_SITE_LIST_ADD, TextId::kAddEllipsis},
+    {IDC_SITE_LIST_REMOVE, TextId::kRemove},
+    {IDC_SITE_LIST_CLOSE, TextId::kClose},
+};
+
 }  // namespace
 
 SiteListDialog::SiteListDialog(SiteListKind kind, SMSystem& system, SMStringTable& strings,
                                SMSettingsManager& settings)
-    : SMModalDialog(system, strings, DesignOf(kind).templateId),
+    : SMModalDialog(system, strings, DesignOf(kind).templateId, {kCaptions, {}}),
       model_(kind, settings, strings,
              [&system](const std::string& site) { return system.DisplaySortKey(site); }) {}
 
@@ -50,16 +56,13 @@ bool SiteListDialog::OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam,
   }
 }
 
-void SiteListDialog::SetTexts() {
+void SiteListDialog::SetMoreTexts() {
   const SiteListDesign& design = model_.design();
   list_ = GetDlgItem(window_, IDC_SITE_LIST_VIEW);
   combos_.clear();
   for (const SiteListCombo& combo : design.combos) {
     combos_.push_back(GetDlgItem(window_, combo.controlId));
   }
-  SetControlText(IDC_SITE_LIST_ADD, TextId::kAddEllipsis);
-  SetControlText(IDC_SITE_LIST_REMOVE, TextId::kRemove);
-  SetControlText(IDC_SITE_LIST_CLOSE, TextId::kClose);
   for (HWND combo : combos_) {
     for (SiteChoice item : {kChoiceAsk, kChoiceAllow, kChoiceBlock}) {
       std::optional<std::wstring> text = GetText(ChoiceItemTextId(item));

@@ -25,7 +25,7 @@ class SiteListDialog : public SMModalDialog {
                  SMSettingsManager& settings);
 
  protected:
-  void SetTexts() override;
+  void SetMoreTexts() override;
   LRESULT OnStart() override;
   bool OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 

@@ -228,11 +228,12 @@ void SiteListModel::ApplyChoice(size_t comboIndex, SiteChoice choice,
     if (!IsEditable(row.name)) continue;
     // Pin what the row shows now, so that a failed write leaves its text as it was.
     ChoiceOf(row, comboIndex);
-    if (!WriteSiteChoice(settings_, row.name, permission, choice)) continue;
-    const bool dataRemoved = permission == SitePermission::kStorage && choice == kChoiceBlock;
-    // Ignored on purpose: the size column is measured again below, so what could not be deleted
-    // still shows there, and these dialogs report nothing else to the user.
-    if (dataRemoved) (void)settings_.RemoveSite(row.name, false);
+    // Stored data that could not be deleted is not reported: the size column is measured again
+    // below and still shows it, and these dialogs report nothing else to the user.
+    if (ChangeSiteChoice(settings_, row.name, permission, choice) == ChoiceChange::kNotWritten) {
+      continue;
+    }
+    const bool dataRemoved = ChoiceDeletesStoredData(permission, choice);
     // Another program may have listed the site twice: every row of it shows the one file.
     ForEachRowNamed(rowIndex, [&](Row& named) {
       named.choices[comboIndex] = choice;

@@ -8,17 +8,28 @@
 #include "dialogs/trusted_locations_logic.h"
 #include "platform/win32/utf16.h"
 
+namespace {
+
+constexpr SMControlText kCaptions[] = {
+    {IDC_TRUSTED_DESCRIPTION, TextId::kTrustedLocationsDescription},
+    {IDC_TRUSTED_ADD, TextId::kAddEllipsis},
+    {IDC_TRUSTED_REMOVE, TextId::kRemove},
+    {IDC_TRUSTED_CLOSE, TextId::kClose},
+};
+
+constexpr SMHelpLink kLinks[] = {
+    {IDC_TRUSTED_HELP_LINK, TextId::kTrustedLocationsLink, TextId::kTrustedLocationsUrl},
+};
+
+}  // namespace
+
 TrustedLocationsDialog::TrustedLocationsDialog(SMSystem& system, SMStringTable& strings,
                                                SMSettingsManager& settings)
-    : SMModalDialog(system, strings, IDD_TRUSTED_LOCATIONS), settings_(settings) {}
+    : SMModalDialog(system, strings, IDD_TRUSTED_LOCATIONS, {kCaptions, kLinks}),
+      settings_(settings) {}
 
-void TrustedLocationsDialog::SetTexts() {
+void TrustedLocationsDialog::SetMoreTexts() {
   SetCaption(TextId::kTrustedLocationsTitle);
-  SetControlText(IDC_TRUSTED_DESCRIPTION, TextId::kTrustedLocationsDescription);
-  SetControlLink(IDC_TRUSTED_HELP_LINK, TextId::kTrustedLocationsLink);
-  SetControlText(IDC_TRUSTED_ADD, TextId::kAddEllipsis);
-  SetControlText(IDC_TRUSTED_REMOVE, TextId::kRemove);
-  SetControlText(IDC_TRUSTED_CLOSE, TextId::kClose);
 }
 
 LRESULT TrustedLocationsDialog::OnStart() {
@@ -83,9 +94,7 @@ bool TrustedLocationsDialog::OnDialogMessage(UINT message, WPARAM wParam, LPARAM
 }
 
 bool TrustedLocationsDialog::OnNotify(const NMHDR& header, LRESULT& result) {
-  if (header.idFrom == IDC_TRUSTED_HELP_LINK &&
-      (header.code == NM_CLICK || header.code == NM_RETURN)) {
-    OpenHelpLink(TextId::kTrustedLocationsUrl);
+  if ((header.code == NM_CLICK || header.code == NM_RETURN) && OpenDeclaredLink(header.idFrom)) {
     return true;
   }
   if (header.hwndFrom != list_) return false;

@@ -14,7 +14,7 @@ class TrustedLocationsDialog : public SMModalDialog {
   TrustedLocationsDialog(SMSystem& system, SMStringTable& strings, SMSettingsManager& settings);
 
  protected:
-  void SetTexts() override;
+  void SetMoreTexts() override;
   LRESULT OnStart() override;
   bool OnDialogMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 

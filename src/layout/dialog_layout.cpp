@@ -11,6 +11,7 @@
 
 #include "layout/layout_plan.h"
 #include "layout/line_breaks.h"
+#include "layout/link_caption.h"
 
 namespace {
 
@@ -26,16 +27,6 @@ std::wstring TextOf(HWND control) {
   GetWindowTextW(control, text.data(), length + 1);
   text.resize(static_cast<size_t>(length));
   return text;
-}
-
-// What a link shows: the caption without its <a> and </a> markers and carriage returns.
-std::wstring Shown(std::wstring caption) {
-  for (const wchar_t* mark : {L"<a>", L"</a>", L"\r"}) {
-    for (size_t at = caption.find(mark); at != std::wstring::npos; at = caption.find(mark)) {
-      caption.erase(at, wcslen(mark));
-    }
-  }
-  return caption;
 }
 
 int ExtentOf(HDC dc, const std::wstring& text) {
@@ -98,8 +89,8 @@ std::wstring BreakCaption(HDC dc, const std::wstring& caption, int width) {
       // A unit wider than any line is broken between letters anyway: it runs on from where the
       // line has room rather than leaving a short line behind.
       const bool runsOn =
-          ExtentOf(dc, Shown(unit.text)) > width && ExtentOf(dc, shown + unit.gap) <= width;
-      if (!first && !runsOn && ExtentOf(dc, shown + unit.gap + Shown(unit.text)) > width) {
+          ExtentOf(dc, ShownText(unit.text)) > width && ExtentOf(dc, shown + unit.gap) <= width;
+      if (!first && !runsOn && ExtentOf(dc, shown + unit.gap + ShownText(unit.text)) > width) {
         broken += L'\n';
         shown.clear();
       } else {
@@ -218,7 +209,7 @@ LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
   LONG style = GetWindowLongW(control, GWL_STYLE);
   std::wstring caption = TextOf(control);
   bool isLink = _wcsicmp(className.c_str(), WC_LINK) == 0;
-  std::wstring text = isLink ? Shown(caption) : caption;
+  std::wstring text = isLink ? ShownText(caption) : caption;
   SIZE extent{};
   GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
   if (_wcsicmp(className.c_str(), L"Static") == 0 && HasInvisibleBreaks(text)) {
@@ -235,7 +226,7 @@ LayoutControl Measure(HWND dialog, HWND control, HDC dc, int rightLimit) {
   }
   if (!isLink || text.empty()) return layout;
   return MeasureText(layout, extent, rightLimit, [&](int width) {
-    return Unwrapped(dc, Shown(BreakCaption(dc, caption, width)));
+    return Unwrapped(dc, ShownText(BreakCaption(dc, caption, width)));
   });
 }
 

@@ -6,27 +6,28 @@
 #include "pages/advanced_logic.h"
 #include "pages/advanced_page_ids.h"
 
+namespace {
+
+constexpr SMControlText kCaptions[] = {
+    {IDC_BROWSING_DATA_HEADING, TextId::kBrowsingDataHeading},
+    {IDC_BROWSING_DATA_EXPLANATION, TextId::kBrowsingDataExplanation},
+    {IDC_ADVANCED_DELETE_ALL, TextId::kDeleteAll},
+    {IDC_DEVELOPER_HEADING, TextId::kDeveloperHeading},
+    {IDC_DEVELOPER_EXPLANATION, TextId::kDeveloperExplanation},
+    {IDC_TRUSTED_LOCATIONS, TextId::kTrustedLocationSettings},
+    {IDC_PROTECTED_HEADING, TextId::kProtectedContentHeading},
+    {IDC_PROTECTED_EXPLANATION, TextId::kProtectedContentExplanation},
+    {IDC_DEAUTHORIZE, TextId::kDeauthorizeComputer},
+};
+
+constexpr SMHelpLink kLinks[] = {
+    {IDC_PROTECTED_HELP_LINK, TextId::kProtectedContentLink, TextId::kProtectedContentUrl},
+};
+
+}  // namespace
+
 AdvancedPage::AdvancedPage(const SMAppObjects& objects)
-    : SettingsPage(IDD_ADVANCED_PAGE, objects) {}
-
-void AdvancedPage::SetTexts() {
-  SetControlText(IDC_BROWSING_DATA_HEADING, TextId::kBrowsingDataHeading);
-  SetControlText(IDC_BROWSING_DATA_EXPLANATION, TextId::kBrowsingDataExplanation);
-  SetControlText(IDC_ADVANCED_DELETE_ALL, TextId::kDeleteAll);
-  SetControlText(IDC_DEVELOPER_HEADING, TextId::kDeveloperHeading);
-  SetControlText(IDC_DEVELOPER_EXPLANATION, TextId::kDeveloperExplanation);
-  SetControlText(IDC_TRUSTED_LOCATIONS, TextId::kTrustedLocationSettings);
-  SetControlText(IDC_PROTECTED_HEADING, TextId::kProtectedContentHeading);
-  SetControlText(IDC_PROTECTED_EXPLANATION, TextId::kProtectedContentExplanation);
-  SetControlText(IDC_DEAUTHORIZE, TextId::kDeauthorizeComputer);
-  SetControlLink(IDC_PROTECTED_HELP_LINK, TextId::kProtectedContentLink);
-  SetNoticeTexts();
-}
-
-std::optional<TextId> AdvancedPage::LinkUrlId(int controlId) {
-  return controlId == IDC_PROTECTED_HELP_LINK ? TextId::kProtectedContentUrl
-                                              : SettingsPage::LinkUrlId(controlId);
-}
+    : SettingsPage(IDD_ADVANCED_PAGE, objects, {kCaptions, kLinks}) {}
 
 bool AdvancedPage::OnButtonClicked(int controlId) {
   switch (controlId) {

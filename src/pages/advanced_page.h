@@ -10,7 +10,5 @@ class AdvancedPage : public SettingsPage {
   void RefreshFromSettings() override {}
 
  protected:
-  void SetTexts() override;
   bool OnButtonClicked(int controlId) override;
-  std::optional<TextId> LinkUrlId(int controlId) override;
 };

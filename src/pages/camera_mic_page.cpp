@@ -13,18 +13,17 @@ namespace {
 // The explanation wraps at this width (pixels at 96 dots per inch).
 constexpr int kTooltipWidth = 400;
 
+constexpr SMControlText kCaptions[] = {
+    {IDC_CAMERA_MIC_HEADING, TextId::kCameraMicHeading},
+    {IDC_CAMERA_MIC_ASK, TextId::kCameraMicAsk},
+    {IDC_CAMERA_MIC_BLOCK, TextId::kCameraMicBlock},
+    {IDC_CAMERA_MIC_BY_SITE, TextId::kCameraMicBySite},
+};
+
 }  // namespace
 
 CameraMicPage::CameraMicPage(const SMAppObjects& objects)
-    : SettingsPage(IDD_CAMERA_MIC_PAGE, objects) {}
-
-void CameraMicPage::SetTexts() {
-  SetControlText(IDC_CAMERA_MIC_HEADING, TextId::kCameraMicHeading);
-  SetControlText(IDC_CAMERA_MIC_ASK, TextId::kCameraMicAsk);
-  SetControlText(IDC_CAMERA_MIC_BLOCK, TextId::kCameraMicBlock);
-  SetControlText(IDC_CAMERA_MIC_BY_SITE, TextId::kCameraMicBySite);
-  SetNoticeTexts();
-}
+    : SettingsPage(IDD_CAMERA_MIC_PAGE, objects, {kCaptions, {}}) {}
 
 void CameraMicPage::RefreshFromSettings() {
   // The administrator's lock is not consulted here: after a return to the tab the radio shows

@@ -9,7 +9,6 @@ class CameraMicPage : public SettingsPage {
   void RefreshFromSettings() override;
 
  protected:
-  void SetTexts() override;
   void AfterInit() override;
   bool OnButtonClicked(int controlId) override;
 

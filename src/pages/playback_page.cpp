@@ -5,18 +5,24 @@
 #include "pages/playback_logic.h"
 #include "pages/playback_page_ids.h"
 
-PlaybackPage::PlaybackPage(const SMAppObjects& objects)
-    : SettingsPage(IDD_PLAYBACK_PAGE, objects) {}
+namespace {
 
-void PlaybackPage::SetTexts() {
-  SetControlText(IDC_P2P_HEADING, TextId::kPeerAssistedHeading);
-  SetControlText(IDC_P2P_EXPLANATION, TextId::kPeerAssistedExplanation);
-  SetControlText(IDC_P2P_ASK, TextId::kPeerAssistedAsk);
-  SetControlText(IDC_P2P_BLOCK, TextId::kPeerAssistedBlock);
-  SetControlText(IDC_P2P_BY_SITE, TextId::kPeerAssistedBySite);
-  SetControlLink(IDC_P2P_HELP_LINK, TextId::kPeerAssistedLink);
-  SetNoticeTexts();
-}
+constexpr SMControlText kCaptions[] = {
+    {IDC_P2P_HEADING, TextId::kPeerAssistedHeading},
+    {IDC_P2P_EXPLANATION, TextId::kPeerAssistedExplanation},
+    {IDC_P2P_ASK, TextId::kPeerAssistedAsk},
+    {IDC_P2P_BLOCK, TextId::kPeerAssistedBlock},
+    {IDC_P2P_BY_SITE, TextId::kPeerAssistedBySite},
+};
+
+constexpr SMHelpLink kLinks[] = {
+    {IDC_P2P_HELP_LINK, TextId::kPeerAssistedLink, TextId::kPeerAssistedUrl},
+};
+
+}  // namespace
+
+PlaybackPage::PlaybackPage(const SMAppObjects& objects)
+    : SettingsPage(IDD_PLAYBACK_PAGE, objects, {kCaptions, kLinks}) {}
 
 void PlaybackPage::RefreshFromSettings() {
   ShowView(ReadPlaybackView(objects_.settings));
@@ -40,9 +46,4 @@ bool PlaybackPage::OnButtonClicked(int controlId) {
   }
   ShowView(ApplyPlaybackChoice(objects_.settings, index_, ReadRadioGroup(window_, IDC_P2P_ASK)));
   return true;
-}
-
-std::optional<TextId> PlaybackPage::LinkUrlId(int controlId) {
-  return controlId == IDC_P2P_HELP_LINK ? TextId::kPeerAssistedUrl
-                                        : SettingsPage::LinkUrlId(controlId);
 }

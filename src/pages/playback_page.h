@@ -10,9 +10,7 @@ class PlaybackPage : public SettingsPage {
   void RefreshFromSettings() override;
 
  protected:
-  void SetTexts() override;
   bool OnButtonClicked(int controlId) override;
-  std::optional<TextId> LinkUrlId(int controlId) override;
 
  private:
   void ShowView(const PlaybackView& view);

@@ -7,23 +7,30 @@
 #include "pages/storage_logic.h"
 #include "pages/storage_page_ids.h"
 
-StoragePage::StoragePage(const SMAppObjects& objects) : SettingsPage(IDD_STORAGE_PAGE, objects) {}
+namespace {
 
-void StoragePage::SetTexts() {
-  SetControlText(IDC_STORAGE_HEADING, TextId::kStorageHeading);
-  SetControlText(IDC_STORAGE_EXPLANATION, TextId::kStorageExplanation);
-  SetControlText(IDC_STORAGE_ALLOW, TextId::kStorageAllow);
-  SetControlText(IDC_STORAGE_ASK, TextId::kStorageAsk);
-  SetControlText(IDC_STORAGE_BLOCK, TextId::kStorageBlock);
-  SetControlText(IDC_STORAGE_BY_SITE, TextId::kStorageBySite);
-  // "Delete All…", not the template's caption.
-  SetControlText(IDC_STORAGE_DELETE_ALL, TextId::kDeleteAll);
-  SetControlText(IDC_PRIVATE_BROWSING_HEADING, TextId::kPrivateBrowsingHeading);
-  SetControlText(IDC_PRIVATE_BROWSING_EXPLANATION, TextId::kPrivateBrowsingExplanation);
-  SetControlLink(IDC_STORAGE_PRIVACY_LINK, TextId::kPrivacyControlsLink);
-  SetControlLink(IDC_PRIVATE_BROWSING_LINK, TextId::kPrivateBrowsingLink);
-  SetNoticeTexts();
-}
+constexpr SMControlText kCaptions[] = {
+    {IDC_STORAGE_HEADING, TextId::kStorageHeading},
+    {IDC_STORAGE_EXPLANATION, TextId::kStorageExplanation},
+    {IDC_STORAGE_ALLOW, TextId::kStorageAllow},
+    {IDC_STORAGE_ASK, TextId::kStorageAsk},
+    {IDC_STORAGE_BLOCK, TextId::kStorageBlock},
+    {IDC_STORAGE_BY_SITE, TextId::kStorageBySite},
+    // "Delete All…", not the template's caption.
+    {IDC_STORAGE_DELETE_ALL, TextId::kDeleteAll},
+    {IDC_PRIVATE_BROWSING_HEADING, TextId::kPrivateBrowsingHeading},
+    {IDC_PRIVATE_BROWSING_EXPLANATION, TextId::kPrivateBrowsingExplanation},
+};
+
+constexpr SMHelpLink kLinks[] = {
+    {IDC_STORAGE_PRIVACY_LINK, TextId::kPrivacyControlsLink, TextId::kPrivacyControlsUrl},
+    {IDC_PRIVATE_BROWSING_LINK, TextId::kPrivateBrowsingLink, TextId::kPrivateBrowsingUrl},
+};
+
+}  // namespace
+
+StoragePage::StoragePage(const SMAppObjects& objects)
+    : SettingsPage(IDD_STORAGE_PAGE, objects, {kCaptions, kLinks}) {}
 
 void StoragePage::RefreshFromSettings() {
   index_ = ReadStorageIndex(objects_.settings);
@@ -53,16 +60,5 @@ bool StoragePage::OnButtonClicked(int controlId) {
       return true;
     default:
       return SettingsPage::OnButtonClicked(controlId);
-  }
-}
-
-std::optional<TextId> StoragePage::LinkUrlId(int controlId) {
-  switch (controlId) {
-    case IDC_STORAGE_PRIVACY_LINK:
-      return TextId::kPrivacyControlsUrl;
-    case IDC_PRIVATE_BROWSING_LINK:
-      return TextId::kPrivateBrowsingUrl;
-    default:
-      return SettingsPage::LinkUrlId(controlId);
   }
 }

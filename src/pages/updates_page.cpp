@@ -33,24 +33,29 @@ void MoveUp(HWND page, int controlId, int pixels) {
              bounds.bottom - bounds.top, TRUE);
 }
 
+// The versions say "Not installed" until the players are found.
+constexpr SMControlText kCaptions[] = {
+    {IDC_UPDATES_HEADING, TextId::kUpdatesTitle},
+    {IDC_UPDATES_EXPLANATION, TextId::kUpdatesExplanation},
+    {IDC_UPDATES_AUTOMATIC, TextId::kUpdatesAutomatic},
+    {IDC_UPDATES_NOTIFY, TextId::kUpdatesNotify},
+    {IDC_UPDATES_NEVER, TextId::kUpdatesNever},
+    {IDC_UPDATES_CHANGE, TextId::kUpdatesChange},
+    {IDC_UPDATES_CHECK_NOW, TextId::kUpdatesCheckNow},
+    {IDC_ACTIVEX_VERSION_LABEL, TextId::kActiveXVersionLabel},
+    {IDC_NPAPI_VERSION_LABEL, TextId::kNpapiVersionLabel},
+    {IDC_PPAPI_VERSION_LABEL, TextId::kPpapiVersionLabel},
+    {IDC_ACTIVEX_VERSION, TextId::kVersionNotInstalled},
+    {IDC_NPAPI_VERSION, TextId::kVersionNotInstalled},
+    {IDC_PPAPI_VERSION, TextId::kVersionNotInstalled},
+};
+
 }  // namespace
 
-UpdatesPage::UpdatesPage(const SMAppObjects& objects) : SettingsPage(IDD_UPDATES_PAGE, objects) {}
+UpdatesPage::UpdatesPage(const SMAppObjects& objects)
+    : SettingsPage(IDD_UPDATES_PAGE, objects, {kCaptions, {}}) {}
 
-void UpdatesPage::SetTexts() {
-  SetControlText(IDC_UPDATES_HEADING, TextId::kUpdatesTitle);
-  SetControlText(IDC_UPDATES_EXPLANATION, TextId::kUpdatesExplanation);
-  SetControlText(IDC_UPDATES_AUTOMATIC, TextId::kUpdatesAutomatic);
-  SetControlText(IDC_UPDATES_NOTIFY, TextId::kUpdatesNotify);
-  SetControlText(IDC_UPDATES_NEVER, TextId::kUpdatesNever);
-  SetControlText(IDC_UPDATES_CHANGE, TextId::kUpdatesChange);
-  SetControlText(IDC_UPDATES_CHECK_NOW, TextId::kUpdatesCheckNow);
-  SetControlText(IDC_ACTIVEX_VERSION_LABEL, TextId::kActiveXVersionLabel);
-  SetControlText(IDC_NPAPI_VERSION_LABEL, TextId::kNpapiVersionLabel);
-  SetControlText(IDC_PPAPI_VERSION_LABEL, TextId::kPpapiVersionLabel);
-  for (int id : {IDC_ACTIVEX_VERSION, IDC_NPAPI_VERSION, IDC_PPAPI_VERSION}) {
-    SetControlText(id, TextId::kVersionNotInstalled);
-  }
+void UpdatesPage::SetMoreTexts() {
   SendMessageW(GetDlgItem(window_, IDC_UPDATES_CHANGE), BCM_SETSHIELD, 0, 1);
   // The versions and the hidden lines are known before the layout fits the page.
   ShowPlayersAndState();

@@ -9,7 +9,7 @@ class UpdatesPage : public SettingsPage {
   void RefreshFromSettings() override;
 
  protected:
-  void SetTexts() override;
+  void SetMoreTexts() override;
   bool OnButtonClicked(int controlId) override;
 
  private:

@@ -75,38 +75,31 @@ std::optional<std::string> SMSettingsManager::SiteFolderIn(const std::string& ba
   return baseFolder + platform_.PathSeparator() + site;
 }
 
-std::unique_ptr<SettingsTable> SMSettingsManager::ReadSettingsFile(const std::string& path,
-                                                                   bool* unreadable) {
+SMSettingsManager::FileRead SMSettingsManager::ReadSettingsFile(const std::string& path) {
   std::FILE* file = OpenFileUtf8(path, "rb");
-  if (file == nullptr) return nullptr;
+  if (file == nullptr) return {nullptr, FileRead::Failure::kAbsent};
+  // A read that fails midway leaves what came before it, parsed as if the file ended there.
+  std::string bytes;
   std::vector<char> block(kReadBlockSize);
-  size_t size = 0;
-  for (size_t got; (got = std::fread(block.data(), 1, block.size(), file)) > 0;) size += got;
-  std::string bytes(size, '\0');
-  std::fseek(file, 0, SEEK_SET);
-  if (std::fread(bytes.data(), 1, size, file) != size) {
-    // Both messages name the master file whatever file was read; the player words them so.
-    Log("SMSettingsManager: Pathological error when reading master settings.sol file.\n");
-    std::fclose(file);
-    return nullptr;
+  for (size_t got; (got = std::fread(block.data(), 1, block.size(), file)) > 0;) {
+    bytes.append(block.data(), got);
   }
   if (std::fclose(file) != 0) {
+    // The message names the master file whatever file was read; the player words it so.
     Log("SMSettingsManager: Unable to close master settings.sol file.\n");
   }
-  SMSettingsReader reader(bytes);
   std::string objectName;
-  std::unique_ptr<SettingsTable> table = reader.Parse(&objectName);
-  if (!table) *unreadable = true;
-  return table;
+  std::unique_ptr<SettingsTable> table = SMSettingsReader(bytes).Parse(&objectName);
+  if (!table) return {nullptr, FileRead::Failure::kUnreadable};
+  return {std::move(table), FileRead::Failure::kNone};
 }
 
 bool SMSettingsManager::LoadMasterSettings() {
-  bool unreadable = false;
-  std::unique_ptr<SettingsTable> master =
-      ReadSettingsFile(*SettingsFileOf(MasterDomain()), &unreadable);
-  if (unreadable) {
+  FileRead read = ReadSettingsFile(*SettingsFileOf(MasterDomain()));
+  if (read.failure == FileRead::Failure::kUnreadable) {
     Log("SMSettingsManager: Pathological error when reading master settings.sol file.\n");
   }
+  std::unique_ptr<SettingsTable> master = std::move(read.table);
   bool isNew = master == nullptr;
   if (isNew) master = std::make_unique<SettingsTable>();
   cache_.clear();
@@ -127,8 +120,7 @@ SettingsTable* SMSettingsManager::GetSettingsTable(const std::string& domain) {
   if (cached != cache_.end()) return cached->second.get();
   std::unique_ptr<SettingsTable> table;
   if (std::optional<std::string> file = SettingsFileOf(domain)) {
-    bool unreadable = false;
-    table = ReadSettingsFile(*file, &unreadable);
+    table = ReadSettingsFile(*file).table;
   }
   // An absent or unreadable file is replaced by an empty one at once.
   bool isNew = table == nullptr;

@@ -76,8 +76,17 @@ class SMSettingsManager {
  private:
   // The values a new site file is completed with, some taken from the master file once per run.
   const std::vector<SettingValue>& SiteDefaultsOfThisRun();
-  // Reads and parses a whole settings file; nothing when it is absent or unreadable.
-  std::unique_ptr<SettingsTable> ReadSettingsFile(const std::string& path, bool* unreadable);
+  // A settings file read whole and parsed: its table, or why there is none.
+  struct FileRead {
+    enum class Failure {
+      kNone,        // the table is there
+      kAbsent,      // the file could not be opened
+      kUnreadable,  // what could be read of it is not a settings file
+    };
+    std::unique_ptr<SettingsTable> table;
+    Failure failure = Failure::kNone;
+  };
+  FileRead ReadSettingsFile(const std::string& path);
   // The folder of a domain's settings; nothing where SettingsFileOf gives nothing.
   std::optional<std::string> SettingsFolderOf(const std::string& domain) const;
   // The folder of a site's stored data inside a base folder, or nothing when a deletion must not

@@ -104,7 +104,7 @@ std::optional<SettingValue> SMSettingsReader::ReadScalar(std::string name, uint3
   }
 }
 
-std::optional<SettingValue> SMSettingsReader::ReadArray(std::string name, bool* failed) {
+std::optional<SettingValue> SMSettingsReader::ReadArray(std::string name) {
   SettingArray elements;
   // The player keeps an unknown-type element when the previous known element of the same array
   // was a number or a boolean, and drops it after a string. Files written since then carry such
@@ -131,10 +131,7 @@ std::optional<SettingValue> SMSettingsReader::ReadArray(std::string name, bool* 
     }
     // An ignored element's payload is not skipped: the next bytes are read as the next element.
   }
-  if (ReadU8() != kArrayEnd) {
-    *failed = true;
-    return std::nullopt;
-  }
+  if (ReadU8() != kArrayEnd) return std::nullopt;
   return SettingValue::Array(std::move(name), std::move(elements));
 }
 
@@ -160,9 +157,8 @@ std::unique_ptr<SettingsTable> SMSettingsReader::Parse(std::string* objectName) 
     if (type <= kSettingString) {
       value = ReadScalar(std::move(*pairName), type);
     } else if (type == kSettingArray) {
-      bool failed = false;
-      value = ReadArray(std::move(*pairName), &failed);
-      if (failed) return nullptr;
+      value = ReadArray(std::move(*pairName));
+      if (!value) return nullptr;
     } else {
       Log("SMSettingsReader: Unexpected data-type encountered when parsing settings; IGNORING "
           "VALUE.\n");

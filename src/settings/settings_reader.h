@@ -41,7 +41,8 @@ class SMSettingsReader {
   bool CanRead(uint32_t count) const { return count <= size_ - position_; }
   void Skip(uint32_t count);
   std::optional<SettingValue> ReadScalar(std::string name, uint32_t type);
-  std::optional<SettingValue> ReadArray(std::string name, bool* failed);
+  // Nothing when the array does not end where it should, which spoils the whole file.
+  std::optional<SettingValue> ReadArray(std::string name);
 
   const uint8_t* bytes_;
   uint32_t size_;

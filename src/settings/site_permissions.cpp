@@ -63,11 +63,17 @@ bool WriteSiteChoice(SMSettingsManager& settings, const std::string& site,
   return alwaysWritten && allowWritten;
 }
 
-bool ChangeSiteChoice(SMSettingsManager& settings, const std::string& site,
-                      SitePermission permission, SiteChoice choice) {
-  if (!WriteSiteChoice(settings, site, permission, choice)) return false;
-  if (permission != SitePermission::kStorage || choice != kChoiceBlock) return true;
-  return settings.RemoveSite(site, false);
+bool ChoiceDeletesStoredData(SitePermission permission, SiteChoice choice) {
+  return permission == SitePermission::kStorage && choice == kChoiceBlock;
+}
+
+ChoiceChange ChangeSiteChoice(SMSettingsManager& settings, const std::string& site,
+                              SitePermission permission, SiteChoice choice) {
+  if (!WriteSiteChoice(settings, site, permission, choice)) return ChoiceChange::kNotWritten;
+  if (ChoiceDeletesStoredData(permission, choice) && !settings.RemoveSite(site, false)) {
+    return ChoiceChange::kDataNotDeleted;
+  }
+  return ChoiceChange::kDone;
 }
 
 std::vector<std::string> KnownSiteNames(SMSettingsManager& settings) {

@@ -49,11 +49,19 @@ SiteChoice ReadSiteChoice(SMSettingsManager& settings, const std::string& site,
 [[nodiscard]] bool WriteSiteChoice(SMSettingsManager& settings, const std::string& site,
                                    SitePermission permission, SiteChoice choice);
 
-// Changes a known site's choice as the by-site lists do: Block for storage also deletes what
-// the site has stored at once, keeping its settings. True when the writes and the deletion
-// succeeded.
-bool ChangeSiteChoice(SMSettingsManager& settings, const std::string& site,
-                      SitePermission permission, SiteChoice choice);
+// Whether changing a known site to this choice also deletes what the site has stored: Block for
+// storage does, at once, keeping the site's settings.
+bool ChoiceDeletesStoredData(SitePermission permission, SiteChoice choice);
+
+// What changing a known site's choice came to.
+enum class ChoiceChange {
+  kDone,            // written, and the stored data deleted where the choice asks for it
+  kNotWritten,      // a value could not be written; nothing was deleted
+  kDataNotDeleted,  // written, but the stored data the choice deletes could not all be deleted
+};
+// Changes a known site's choice as the by-site lists do (see ChoiceDeletesStoredData).
+[[nodiscard]] ChoiceChange ChangeSiteChoice(SMSettingsManager& settings, const std::string& site,
+                                            SitePermission permission, SiteChoice choice);
 
 // The names of the known sites in list order, empty names included (some callers skip them).
 std::vector<std::string> KnownSiteNames(SMSettingsManager& settings);

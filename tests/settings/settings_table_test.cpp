@@ -16,16 +16,3 @@ TEST(SettingsTable, IterationFollowsBucketsWithTheNewestNameOfABucketFirst) {
   EXPECT_EQ(table.Find("a")->text(), "new");
   EXPECT_EQ(table.Find("A")->number(), 1);
 }
-
-TEST(SettingsTable, ValuesAreCopiedDeeply) {
-  SettingArray elements;
-  elements.Append(SettingValue::Boolean("x", true));
-  SettingValue original = SettingValue::Array("list", elements);
-  SettingsTable table;
-  table.Insert(original);
-  original.array()[0] = SettingValue::Boolean("x", false);
-  SettingValue copy = *table.Find("list");
-  copy.array().RemoveAt(0);
-  ASSERT_EQ(table.Find("list")->array().size(), 1u);
-  EXPECT_TRUE(table.Find("list")->array()[0].boolean());
-}

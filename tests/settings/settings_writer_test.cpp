@@ -72,16 +72,6 @@ TEST(SettingsWriter, EveryTypeIsWrittenByteForByteAsInTheGoldenFile) {
             ReadFileBytes(fs::path(VP_SETTINGS_TESTDATA) / "golden" / "all-types.sol"));
 }
 
-TEST(SettingsWriter, UnknownElementsRoundTripWithNameAndTypeOnly) {
-  std::string stream =
-      Stream(Body("s", ArrayPair("l", Element("n", 0, Double(3)) + Element("u", 6, "") +
-                                          Element("b", 1, Byte(1)))));
-  std::unique_ptr<SettingsTable> table = ReadBack(stream);
-  ASSERT_NE(table, nullptr);
-  ASSERT_EQ(table->Find("l")->array().size(), 3u);
-  EXPECT_EQ(SerializeSettings(*table, "s"), stream);
-}
-
 // A folder two levels below what exists takes two writes; one level takes one write (the
 // settings manager's tests).
 TEST(SettingsWriter, WriteCreatesMissingFolderLevelsOverTwoWritesAndReplacesTheFile) {

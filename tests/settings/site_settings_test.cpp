@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -31,16 +30,6 @@ std::string Domains(const std::vector<std::string>& sites) {
   std::string elements;
   for (const std::string& site : sites) elements += Element(site, 1, Byte(1));
   return ArrayPair("domains", elements);
-}
-
-// Every file and folder below a folder, with the contents of each file.
-std::map<std::string, std::string> Snapshot(const fs::path& root) {
-  std::map<std::string, std::string> entries;
-  for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    std::string key = PathToUtf8(fs::relative(entry.path(), root));
-    entries[key] = entry.is_directory() ? "<dir>" : ReadFileBytes(entry.path());
-  }
-  return entries;
 }
 
 }  // namespace
@@ -204,25 +193,6 @@ TEST(SiteSettings, SiteDataUnderTheAppContainerGoesToo) {
 }
 #endif
 
-// The hostile-name table below sets values on such names, removes them and checks their data stay.
-TEST(SiteSettings, DeviceLikeSiteNamesAreOrdinarySites) {
-  // "#" + a device name is an ordinary folder name, so these sites have settings of their own;
-  // only their stored-data folder (the bare name) is never deleted.
-  const std::vector<std::string> names = {
-      "con.example.com", "aux.example.org", "com1.example.net", "nul.example", "PRN", "lpt9",
-      "conin$.example",  "#AppContainer"};
-  TestProfile profile;
-  {
-    SMSettingsManager manager(*profile.platform);
-    for (const std::string& name : names) {
-      EXPECT_TRUE(manager.AddSite(name)) << name;
-      EXPECT_TRUE(fs::exists(profile.SiteFile(name))) << name;
-    }
-  }
-  SMSettingsManager reread(*profile.platform);
-  EXPECT_EQ(KnownSiteNames(reread), names);
-}
-
 TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
   TestProfile profile;
   const fs::path stored = profile.SharedObjects() / "QX7T2";
@@ -234,9 +204,10 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
   WriteFileBytes(profile.dataRoot / "evil" / "canary.txt", "canary");
   SMSettingsManager manager(*profile.platform);
   ASSERT_TRUE(manager.AddSite("example.com"));
-  const auto before = Snapshot(profile.temp.path());
+  const auto before = FolderSnapshot(profile.temp.path());
 
-  // Whether the name has a settings folder of its own; no name here may delete stored data.
+  // Whether the name has a settings folder of its own ("#" and a device name is an ordinary
+  // folder name); no name here may delete stored data.
   // clang-format off
   const std::vector<std::pair<std::string, bool>> cases = {
       {"", true}, {".", false}, {"..", false}, {"../evil", false}, {"..\\evil", false},
@@ -261,7 +232,7 @@ TEST(SiteSettings, HostileSiteNamesTouchNothingOutsideTheirOwnFolder) {
     EXPECT_TRUE(manager.RemoveSite(name, true));
     EXPECT_TRUE(manager.DeleteSiteSettings(name, true));
     EXPECT_TRUE(manager.DeleteSiteSettings(name, false));
-    EXPECT_EQ(Snapshot(profile.temp.path()), before);
+    EXPECT_EQ(FolderSnapshot(profile.temp.path()), before);
     EXPECT_EQ(KnownSiteNames(manager), std::vector<std::string>{"example.com"});
   }
 

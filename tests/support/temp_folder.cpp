@@ -55,3 +55,16 @@ std::string ReadFileBytes(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
 }
+
+std::map<std::string, std::string> FolderSnapshot(const fs::path& folder) {
+  std::map<std::string, std::string> entries;
+  std::error_code error;
+  for (fs::recursive_directory_iterator it(folder, error), end; !error && it != end;
+       it.increment(error)) {
+    std::string& entry = entries[PathToUtf8(fs::relative(it->path(), folder))];
+    entry = it->is_symlink()     ? "<link>"
+            : it->is_directory() ? "<folder>"
+                                 : ReadFileBytes(it->path());
+  }
+  return entries;
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 
 // A fresh folder under the system's temporary folder, deleted with everything in it at the end.
@@ -26,3 +27,6 @@ std::filesystem::path PathFromUtf8(const std::string& utf8);
 void WriteFileBytes(const std::filesystem::path& path, const std::string& bytes);
 // The bytes of a file; empty when it cannot be read.
 std::string ReadFileBytes(const std::filesystem::path& path);
+// Every entry below a folder, links not followed: each file with its bytes, folders and links
+// marked as such; keyed by the path relative to the folder.
+std::map<std::string, std::string> FolderSnapshot(const std::filesystem::path& folder);

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "app_driver.h"
+#include "layout/link_caption.h"
 #include "platform/win32/utf16.h"
 
 namespace {
@@ -45,16 +46,6 @@ std::wstring ClassOf(HWND window) {
   wchar_t name[64] = {};
   GetClassNameW(window, name, 64);
   return name;
-}
-
-// What a link shows: no <a> markers, no carriage returns.
-std::wstring Shown(std::wstring text) {
-  for (const wchar_t* mark : {L"<a>", L"</a>", L"\r"}) {
-    for (size_t at = text.find(mark); at != std::wstring::npos; at = text.find(mark)) {
-      text.erase(at, wcslen(mark));
-    }
-  }
-  return text;
 }
 
 std::string Describe(const Control& control) {
@@ -127,7 +118,7 @@ void CheckText(HDC dc, const Control& control, std::vector<std::string>& problem
   int width = 0;
   int height = 0;
   bool wraps = false;
-  std::wstring text = Shown(control.text);
+  std::wstring text = ShownText(control.text);
   if (text.empty() || !TextRoom(control, &width, &height, &wraps)) return;
   SIZE needed = Needed(dc, text, width, wraps);
   if (needed.cx > width || needed.cy > height) {
@@ -179,7 +170,7 @@ std::vector<std::wstring> ShownTexts(HWND container) {
   int height = 0;
   bool wraps = false;
   for (const Control& control : VisibleControls(container)) {
-    if (TextRoom(control, &width, &height, &wraps)) texts.push_back(Shown(control.text));
+    if (TextRoom(control, &width, &height, &wraps)) texts.push_back(ShownText(control.text));
   }
   return texts;
 }

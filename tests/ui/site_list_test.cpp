@@ -43,6 +43,18 @@ class SiteListTest : public ::testing::Test {
     return app.WaitForDialog(WithCaption(UserText(button.titleId)));
   }
   void Close(HWND dialog) { EXPECT_TRUE(Answer(dialog, IDC_SITE_LIST_CLOSE)); }
+  // Starts the program, opens the storage list and selects its first and third rows; the
+  // dialog once it has taken the selection, or null.
+  HWND OpenStorageListWithTwoRowsSelected() {
+    ::testing::AssertionResult started = app.Start();
+    EXPECT_TRUE(started);
+    HWND dialog = started ? Open(kStorageButton) : nullptr;
+    if (dialog == nullptr) return nullptr;
+    SelectListRows(GetDlgItem(dialog, IDC_SITE_LIST_VIEW), {0, 2});
+    return WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)); })
+               ? dialog
+               : nullptr;
+  }
 
   UiProfile profile;
   AppUnderTest app;
@@ -97,37 +109,13 @@ TEST_F(SiteListTest, RowsComeInTheOrderOfASortedListView) {
   EXPECT_EQ(shown, SortedListViewOrder(names));
 }
 
-TEST_F(SiteListTest, EachDialogOpensFromItsPageWithItsSitesAndCloses) {
-  ASSERT_TRUE(profile.AddSites({"b.example", "C.example", "a.example"}));
-  ASSERT_TRUE(app.Start());
-  for (const PageButton& button : {kStorageButton, kCameraButton, kPeerButton}) {
-    SCOPED_TRACE(static_cast<uint32_t>(button.titleId));
-    HWND dialog = Open(button);
-    ASSERT_NE(dialog, nullptr);
-    HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
-    EXPECT_EQ(ListRows(list),
-              (std::vector<std::wstring>{L"a.example", L"b.example", L"C.example"}));
-    EXPECT_EQ(ListRowText(list, 0, 1), button.titleId == TextId::kStorageSitesTitle
-                                           ? L"0 bytes"
-                                           : UserText(TextId::kChoiceWordAsk));
-    // Nothing selected: nothing to remove or change.
-    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)));
-    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE)));
-    EXPECT_EQ(WindowText(GetDlgItem(dialog, IDC_SITE_LIST_ADD)), UserText(TextId::kAddEllipsis));
-    Close(dialog);
-  }
-}
-
 // What a choice writes, and the combo's common choice, are SiteListModel's tables; here each
 // combo of both dialog kinds reaches the selected rows' files.
 TEST_F(SiteListTest, AComboChangeWritesEverySelectedSite) {
   ASSERT_TRUE(profile.AddSites({"a.example", "b.example", "c.example"}));
-  ASSERT_TRUE(app.Start());
-  HWND dialog = Open(kStorageButton);
+  HWND dialog = OpenStorageListWithTwoRowsSelected();
   ASSERT_NE(dialog, nullptr);
   HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
-  SelectListRows(list, {0, 2});
-  ASSERT_TRUE(WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)); }));
   EXPECT_EQ(SendMessageW(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE), CB_GETCURSEL, 0, 0),
             kChoiceAllow);
   ChooseComboItem(dialog, IDC_SITE_LIST_CHOICE, kChoiceBlock);
@@ -204,16 +192,16 @@ TEST_F(SiteListTest, RemoveTakesEverySelectedRowAndThePageIsReadAgainOnClose) {
   ASSERT_TRUE(profile.AddSites({"a.example", "b.example", "c.example", "d.example"}));
   const std::string stored = profile.StoredDataFile("c.example");
   WriteFileBytes(PathFromUtf8(stored), "data");
-  ASSERT_TRUE(app.Start());
-  HWND dialog = Open(kStorageButton);
+  HWND dialog = OpenStorageListWithTwoRowsSelected();
   ASSERT_NE(dialog, nullptr);
   HWND list = GetDlgItem(dialog, IDC_SITE_LIST_VIEW);
-  SelectListRows(list, {0, 2});
-  ASSERT_TRUE(WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)); }));
   Click(dialog, IDC_SITE_LIST_REMOVE);
   ASSERT_TRUE(WaitFor([&] { return ListRowCount(list) == 2; }));
   EXPECT_EQ(ListRows(list), (std::vector<std::wstring>{L"b.example", L"d.example"}));
+  // Nothing selected: nothing to remove or change.
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_REMOVE)));
+  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_SITE_LIST_CHOICE)));
+  EXPECT_EQ(WindowText(GetDlgItem(dialog, IDC_SITE_LIST_ADD)), UserText(TextId::kAddEllipsis));
   EXPECT_EQ(profile.StoredNames(SMSettingsManager::MasterDomain(), "domains"),
             (std::vector<std::string>{"b.example", "d.example"}));
   EXPECT_EQ(GetFileAttributesW(Wide(stored).c_str()), INVALID_FILE_ATTRIBUTES);
