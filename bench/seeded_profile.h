@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "app/user_prompts.h"
+#include "bench_timing.h"
 #include "platform/system.h"
 #include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
@@ -24,8 +25,10 @@
 
 #ifdef _WIN32
 #include "platform/win32/win32_platform.h"
+#include "platform/win32/win32_system.h"
 #else
 #include "platform/posix/posix_platform.h"
+#include "platform/posix/posix_system.h"
 #endif
 
 namespace fs = std::filesystem;
@@ -64,6 +67,55 @@ class ConfirmingPrompts : public SMUserPrompts {
   bool ConfirmBox(TextId, TextId, TextId) override { return true; }
   void ErrorBox(TextId, TextId) override {}
 };
+
+// The real system, with the user's folders moved into the benchmark's own folder.
+#ifdef _WIN32
+class MovedFoldersSystem : public Win32System {
+ public:
+  explicit MovedFoldersSystem(std::string root) : root_(std::move(root)) {}
+  std::optional<std::string> ShellFolderPath(int csidl) override {
+    return root_ + ((csidl & 0xff) == kLocalAppData ? "\\Local" : "\\Roaming");
+  }
+
+ private:
+  std::string root_;
+};
+using NativePlatform = Win32PlatformServices;
+#else
+class MovedFoldersSystem : public PosixSystem {
+ public:
+  explicit MovedFoldersSystem(const std::string& root)
+      : PosixSystem({root + "/Roaming", root + "/Local", root + "/sys"}) {}
+};
+using NativePlatform = PosixPlatformServices;
+#endif
+
+inline std::string Utf8(const fs::path& path) {
+  std::u8string text = path.u8string();
+  return std::string(text.begin(), text.end());
+}
+
+inline fs::path FromUtf8(const std::string& text) {
+  return fs::path(std::u8string(text.begin(), text.end()));
+}
+
+// A site's settings as the player writes them on the site's first visit.
+inline SettingsTable FirstVisitSiteTable() {
+  SettingsTable table;
+  for (const SettingKey* key : kSiteDefaults) table.Insert(DefaultValueOf(*key));
+  return table;
+}
+
+// A master file's table listing `sites` known sites named by `siteName`.
+inline SettingsTable MasterTableListing(int sites,
+                                        const std::function<std::string(int)>& siteName) {
+  SettingsTable master;
+  for (const SettingKey* key : kGlobalDefaults) master.Insert(DefaultValueOf(*key));
+  SettingArray domains;
+  for (int i = 0; i < sites; ++i) domains.Append(SettingValue::Boolean(siteName(i), true));
+  master.Insert(SettingValue::Array(kKnownSites.name, std::move(domains)));
+  return master;
+}
 
 inline std::unique_ptr<SMPlatformServices> MakePlatform(SMSystem& system) {
   SMPlatformServices::ResetPathCachesForTesting();
@@ -113,43 +165,19 @@ inline Profile Seed(const fs::path& root, int sites) {
   fs::create_directories(profile.settingsFolder);
   fs::create_directories(profile.storedData);
   fs::create_directories(root / "sys");
-  SettingsTable master;
-  for (const SettingKey* key : kGlobalDefaults) master.Insert(DefaultValueOf(*key));
-  SettingArray domains;
+  const SettingsTable table = FirstVisitSiteTable();
   const std::string game(2000, 'g');
   for (int i = 0; i < sites; ++i) {
     const std::string site = SiteName(i);
-    domains.Append(SettingValue::Boolean(site, true));
-    SettingsTable table;
-    for (const char* name : {"allow", "always", "allowsecure", "alwayssecure"}) {
-      table.Insert(SettingValue::Boolean(name, false));
-    }
-    table.Insert(SettingValue::Number("klimit", 100));
-    table.Insert(SettingValue::Boolean("p2pallow", false));
-    table.Insert(SettingValue::Boolean("p2palways", false));
     fs::create_directory(profile.settingsFolder / SettingsFolderName(site));
     WriteBytes(profile.settingsFolder / SettingsFolderName(site) / "settings.sol",
                SerializeSettings(table, site + std::string("/settings")));
     fs::create_directories(profile.storedData / site / "game");
     WriteBytes(profile.storedData / site / "game" / "progress.sol", game);
   }
-  master.Insert(SettingValue::Array("domains", std::move(domains)));
-  WriteBytes(profile.settingsFolder / "settings.sol", SerializeSettings(master, "settings"));
+  WriteBytes(profile.settingsFolder / "settings.sol",
+             SerializeSettings(MasterTableListing(sites, SiteName), "settings"));
   return profile;
-}
-
-using Clock = std::chrono::steady_clock;
-
-inline double SecondsOf(const std::function<void()>& work) {
-  const Clock::time_point start = Clock::now();
-  work();
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-inline double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  const size_t middle = values.size() / 2;
-  return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
 }
 
 }  // namespace bench

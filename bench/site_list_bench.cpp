@@ -17,6 +17,7 @@
 #include "dialogs/site_list_logic.h"
 #include "l10n/string_table.h"
 #include "platform/file_io.h"
+#include "seeded_profile.h"
 #include "settings/setting_keys.h"
 #include "settings/settings_manager.h"
 
@@ -24,52 +25,16 @@
 #include <windows.h>
 
 #include "dialogs/site_list_dialog.h"
-#include "platform/win32/win32_platform.h"
-#include "platform/win32/win32_system.h"
-#else
-#include "platform/posix/posix_platform.h"
-#include "platform/posix/posix_system.h"
 #endif
 
-namespace {
+using namespace bench;
 
-using Clock = std::chrono::steady_clock;
+namespace {
 
 // About the number of rows the dialog's list shows at once.
 constexpr size_t kVisibleRows = 20;
 
-std::string Utf8(const std::filesystem::path& path) {
-  std::u8string text = path.u8string();
-  return std::string(text.begin(), text.end());
-}
-
-std::filesystem::path FromUtf8(const std::string& text) {
-  return std::filesystem::path(std::u8string(text.begin(), text.end()));
-}
-
-#ifdef _WIN32
-// The real system, with the user's folders moved into the benchmark's own folder.
-class BenchSystem : public Win32System {
- public:
-  explicit BenchSystem(std::string root) : root_(std::move(root)) {}
-  std::optional<std::string> ShellFolderPath(int csidl) override {
-    return root_ + ((csidl & 0xff) == kLocalAppData ? "\\Local" : "\\Roaming");
-  }
-
- private:
-  std::string root_;
-};
-using BenchPlatform = Win32PlatformServices;
-#else
-class BenchSystem : public PosixSystem {
- public:
-  explicit BenchSystem(const std::string& root)
-      : PosixSystem({root + "/Roaming", root + "/Local", root + "/sys"}) {}
-};
-using BenchPlatform = PosixPlatformServices;
-#endif
-
-std::string SiteName(size_t index) {
+std::string MixedSiteName(size_t index) {
   // Mixed case and digits, so that the order is not the order of creation.
   static const char* const kWords[] = {"News", "game", "Video", "shop", "mail", "Maps"};
   return kWords[index % 6] + std::to_string((index * 7919) % 100000) + ".example" +
@@ -91,7 +56,7 @@ Seeded Seed(SMPlatformServices& platform, size_t siteCount) {
   Seeded seeded;
   SettingArray domains;
   for (size_t index = 0; index < siteCount; ++index) {
-    const std::string site = SiteName(index);
+    const std::string site = MixedSiteName(index);
     if (!settings.EnsureSiteDefaults(site)) std::fprintf(stderr, "cannot write %s\n", site.c_str());
     domains.Append(SettingValue::Boolean(site, true));
     const std::filesystem::path data = sharedObjects / site;
@@ -109,17 +74,6 @@ Seeded Seed(SMPlatformServices& platform, size_t siteCount) {
     std::fprintf(stderr, "cannot write the master file\n");
   }
   return seeded;
-}
-
-double MedianMs(std::vector<double> samples) {
-  std::sort(samples.begin(), samples.end());
-  return samples[samples.size() / 2];
-}
-
-double TimeMs(const std::function<void()>& work) {
-  Clock::time_point start = Clock::now();
-  work();
-  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
 // What the list does before it can be drawn: read "domains", sort, and the visible rows' texts.
@@ -175,8 +129,8 @@ int main(int argc, char** argv) {
   const std::filesystem::path root =
       std::filesystem::temp_directory_path() / ("vp-site-list-bench-" + std::to_string(siteCount));
   std::filesystem::remove_all(root);
-  BenchSystem system(Utf8(root));
-  BenchPlatform platform(system);
+  MovedFoldersSystem system(Utf8(root));
+  NativePlatform platform(system);
   SMFixedLanguageStringTable strings(0);
   std::printf("seeding %zu sites...\n", siteCount);
   const Seeded seeded = Seed(platform, siteCount);
@@ -185,7 +139,7 @@ int main(int argc, char** argv) {
   std::vector<double> list;
   std::vector<double> dialog;
   for (int repetition = 0; repetition < repetitions; ++repetition) {
-    baseline.push_back(TimeMs([&] {
+    baseline.push_back(MillisecondsOf([&] {
       size_t bytes = 0;
       for (size_t index = 0; index < seeded.siteFiles.size(); ++index) {
         bytes += ReadWholeFile(seeded.siteFiles[index]).value_or("").size();
@@ -197,20 +151,20 @@ int main(int argc, char** argv) {
     }));
     // The page's settings manager exists before the button is pressed; no site file is read yet.
     SMSettingsManager settings(platform);
-    list.push_back(TimeMs([&] { FillVisibleRows(system, settings, strings); }));
+    list.push_back(MillisecondsOf([&] { FillVisibleRows(system, settings, strings); }));
 #ifdef _WIN32
     SMSettingsManager dialogSettings(platform);
     dialog.push_back(OpenDialogUntilIdleMs(system, dialogSettings, strings));
 #endif
   }
-  const double baselineMs = MedianMs(baseline);
+  const double baselineMs = Median(baseline);
   std::printf("sites %zu, repetitions %d (medians)\n", siteCount, repetitions);
   std::printf("plain loop: read every site file, list every data folder  %9.1f ms\n", baselineMs);
   std::printf("list filled, sorted, visible rows' texts                  %9.1f ms  ratio %.3f\n",
-              MedianMs(list), MedianMs(list) / baselineMs);
+              Median(list), Median(list) / baselineMs);
   if (!dialog.empty()) {
     std::printf("dialog from button press to painted and idle              %9.1f ms  ratio %.3f\n",
-                MedianMs(dialog), MedianMs(dialog) / baselineMs);
+                Median(dialog), Median(dialog) / baselineMs);
   }
   std::filesystem::remove_all(root);
   return 0;

@@ -24,6 +24,10 @@
 #include <string>
 #include <vector>
 
+#include "bench_timing.h"
+
+using bench::Median;
+
 namespace {
 
 struct Found {
@@ -86,12 +90,6 @@ double LaunchToPaint(const std::wstring& program) {
   CloseHandle(process.hThread);
   CloseHandle(process.hProcess);
   return elapsed;
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  const size_t middle = values.size() / 2;
-  return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
 }
 
 // Renames a seeded profile into the data root for one launch and back when it ends.

@@ -6,6 +6,11 @@ if(MSVC)
 else()
   target_compile_options(vp_options INTERFACE -Wall -Wextra -Wpedantic -Werror -Wshadow
                                               -Wno-missing-field-initializers)
+  if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # A unity build includes each source file into one bigger file, so GCC takes a test's
+    # fixture in an unnamed namespace for one declared in a header.
+    target_compile_options(vp_options INTERFACE -Wno-subobject-linkage)
+  endif()
 endif()
 if(WIN32)
   target_compile_definitions(vp_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX

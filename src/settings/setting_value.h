@@ -14,6 +14,9 @@ enum SettingType : uint32_t {
   kSettingArray = 3,
 };
 
+// The byte that ends an array's elements in a settings file.
+inline constexpr uint8_t kSettingArrayEnd = 9;
+
 class SettingArray;
 
 // One named, typed setting: a number (double), a boolean, a string or an array of such values.

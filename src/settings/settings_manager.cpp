@@ -14,10 +14,6 @@ namespace {
 
 constexpr size_t kReadBlockSize = 65536;
 
-void Log(const char* message) {
-  std::fputs(message, stderr);
-}
-
 }  // namespace
 
 std::string SMSettingsManager::SettingsFolderIn(SMPlatformServices& platform) {
@@ -86,7 +82,7 @@ SMSettingsManager::FileRead SMSettingsManager::ReadSettingsFile(const std::strin
   }
   if (std::fclose(file) != 0) {
     // The message names the master file whatever file was read; the player words it so.
-    Log("SMSettingsManager: Unable to close master settings.sol file.\n");
+    LogSettingsMessage("SMSettingsManager: Unable to close master settings.sol file.\n");
   }
   std::string objectName;
   std::unique_ptr<SettingsTable> table = SMSettingsReader(bytes).Parse(&objectName);
@@ -97,7 +93,8 @@ SMSettingsManager::FileRead SMSettingsManager::ReadSettingsFile(const std::strin
 bool SMSettingsManager::LoadMasterSettings() {
   FileRead read = ReadSettingsFile(*SettingsFileOf(MasterDomain()));
   if (read.failure == FileRead::Failure::kUnreadable) {
-    Log("SMSettingsManager: Pathological error when reading master settings.sol file.\n");
+    LogSettingsMessage(
+        "SMSettingsManager: Pathological error when reading master settings.sol file.\n");
   }
   std::unique_ptr<SettingsTable> master = std::move(read.table);
   bool isNew = master == nullptr;

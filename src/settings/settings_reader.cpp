@@ -8,13 +8,12 @@ namespace {
 constexpr uint32_t kSettingsTagType = 2;
 constexpr uint32_t kLongLengthMarker = 63;
 constexpr uint32_t kMagic = 0x5443534F;  // "TCSO"
-constexpr uint8_t kArrayEnd = 9;
-
-void Log(const char* message) {
-  std::fputs(message, stderr);
-}
 
 }  // namespace
+
+void LogSettingsMessage(const char* message) {
+  std::fputs(message, stderr);
+}
 
 SMSettingsReader::SMSettingsReader(std::span<const uint8_t> bytes)
     : bytes_(bytes.data()), size_(static_cast<uint32_t>(bytes.size())) {}
@@ -30,7 +29,7 @@ void SMSettingsReader::Skip(uint32_t count) {
 
 uint8_t SMSettingsReader::ReadU8() {
   if (!CanRead(1)) {
-    Log("SMSettingsReader: ReadU8() attempted to read beyond end-of-stream.\n");
+    LogSettingsMessage("SMSettingsReader: ReadU8() attempted to read beyond end-of-stream.\n");
     return 0;
   }
   return bytes_[position_++];
@@ -38,7 +37,7 @@ uint8_t SMSettingsReader::ReadU8() {
 
 uint16_t SMSettingsReader::ReadU16() {
   if (!CanRead(2)) {
-    Log("SMSettingsReader: ReadU16() attempted to read beyond end-of-stream.\n");
+    LogSettingsMessage("SMSettingsReader: ReadU16() attempted to read beyond end-of-stream.\n");
     return 0;
   }
   uint16_t value = static_cast<uint16_t>((bytes_[position_] << 8) | bytes_[position_ + 1]);
@@ -48,7 +47,7 @@ uint16_t SMSettingsReader::ReadU16() {
 
 uint32_t SMSettingsReader::ReadU32() {
   if (!CanRead(4)) {
-    Log("SMSettingsReader: ReadU32() attempted to read beyond end-of-stream.\n");
+    LogSettingsMessage("SMSettingsReader: ReadU32() attempted to read beyond end-of-stream.\n");
     return 0;
   }
   uint32_t value = 0;
@@ -58,7 +57,7 @@ uint32_t SMSettingsReader::ReadU32() {
 
 double SMSettingsReader::ReadDouble() {
   if (!CanRead(8)) {
-    Log("SMSettingsReader: ReadDouble() attempted to read beyond end-of-stream.\n");
+    LogSettingsMessage("SMSettingsReader: ReadDouble() attempted to read beyond end-of-stream.\n");
     return 0.0;
   }
   uint64_t bits = 0;
@@ -71,7 +70,8 @@ double SMSettingsReader::ReadDouble() {
 std::optional<std::string> SMSettingsReader::ReadAndCopyPStringAsSimpleString() {
   uint16_t count = ReadU16();
   if (!CanRead(count)) {
-    Log("SMSettingsReader: ReadAndCopyPStringAsSimpleString() attempted to read beyond "
+    LogSettingsMessage(
+        "SMSettingsReader: ReadAndCopyPStringAsSimpleString() attempted to read beyond "
         "end-of-stream.\n");
     return std::string();
   }
@@ -120,10 +120,12 @@ std::optional<SettingValue> SMSettingsReader::ReadArray(std::string name) {
       elements.Append(std::move(*element));
       keepUnknownElement = type != kSettingString;
     } else if (type == kSettingArray) {
-      Log("SMSettingsReader: Nested arrays are not supported. They are currently not a "
+      LogSettingsMessage(
+          "SMSettingsReader: Nested arrays are not supported. They are currently not a "
           "use-case; IGNORING VALUE.\n");
     } else {
-      Log("SMSettingsReader: Unexpected data-type encountered when parsing array; IGNORING "
+      LogSettingsMessage(
+          "SMSettingsReader: Unexpected data-type encountered when parsing array; IGNORING "
           "VALUE.\n");
       if (keepUnknownElement) {
         elements.Append(SettingValue::OfUnknownType(std::move(*elementName), type));
@@ -131,7 +133,7 @@ std::optional<SettingValue> SMSettingsReader::ReadArray(std::string name) {
     }
     // An ignored element's payload is not skipped: the next bytes are read as the next element.
   }
-  if (ReadU8() != kArrayEnd) return std::nullopt;
+  if (ReadU8() != kSettingArrayEnd) return std::nullopt;
   return SettingValue::Array(std::move(name), std::move(elements));
 }
 
@@ -160,7 +162,8 @@ std::unique_ptr<SettingsTable> SMSettingsReader::Parse(std::string* objectName) 
       value = ReadArray(std::move(*pairName));
       if (!value) return nullptr;
     } else {
-      Log("SMSettingsReader: Unexpected data-type encountered when parsing settings; IGNORING "
+      LogSettingsMessage(
+          "SMSettingsReader: Unexpected data-type encountered when parsing settings; IGNORING "
           "VALUE.\n");
     }
     if (value) table->Insert(std::move(*value));

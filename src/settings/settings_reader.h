@@ -9,6 +9,9 @@
 
 #include "settings/settings_table.h"
 
+// The store's diagnostics, worded as the player words them, go to the standard error stream.
+void LogSettingsMessage(const char* message);
+
 // Reads one "settings.sol" stream, already in memory, the way the player reads it: big-endian
 // values, a short read yields 0 and only logs, and the diagnostics on stderr are the player's.
 class SMSettingsReader {

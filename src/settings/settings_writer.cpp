@@ -12,7 +12,6 @@ namespace {
 constexpr uint32_t kInitialCapacity = 1024;
 constexpr uint32_t kPStringCap = 65535;
 constexpr uint32_t kShortLengthLimit = 63;
-constexpr uint8_t kArrayEnd = 9;
 
 void WritePayload(SettingsOutputBuffer& body, const SettingValue& value);
 
@@ -24,7 +23,7 @@ void WriteArrayPayload(SettingsOutputBuffer& body, const SettingArray& elements)
     if (element.type() <= kSettingString) WritePayload(body, element);
   }
   body.AppendU16(0);
-  body.AppendU8(kArrayEnd);
+  body.AppendU8(kSettingArrayEnd);
 }
 
 void WritePayload(SettingsOutputBuffer& body, const SettingValue& value) {

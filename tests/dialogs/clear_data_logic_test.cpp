@@ -42,7 +42,7 @@ TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
     ASSERT_TRUE(settings.AddSite("one.example"));
     if (!c.listed) {
       // What the player finds when the list is missing or damaged.
-      ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Number("domains", 1)));
+      ASSERT_TRUE(settings.SetValue(kMasterDomain, SettingValue::Number("domains", 1)));
     }
     const fs::path siteData = profile.SharedObjects() / "X1" / "one.example" / "d.sol";
     const fs::path assetFile = PathFromUtf8(platform.AssetCacheFolder()) / "a.bin";
@@ -69,6 +69,6 @@ TEST(ClearData, CheckBoxesDecideWhatIsDeletedAndEachFailedGroupIsReported) {
     EXPECT_EQ(prompts.errors, expectedErrors);
     // The global settings outlive every deletion.
     SMSettingsManager reread(platform);
-    EXPECT_NE(reread.GetValue(kMaster, "defaultklimit"), nullptr);
+    EXPECT_NE(reread.GetValue(kMasterDomain, "defaultklimit"), nullptr);
   }
 }

@@ -67,7 +67,7 @@ TEST(SiteListModel, FillsInListViewOrderWithWordsAndSizes) {
   // a path is listed with the words for missing values.
   SettingArray domains = *settings.GetKnownSites();
   for (const char* name : {"", "c.net", "a/b"}) domains.Append(SettingValue::Boolean(name, true));
-  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Array("domains", domains)));
+  ASSERT_TRUE(settings.SetValue(kMasterDomain, SettingValue::Array("domains", domains)));
 
   SiteListModel model(SiteListKind::kStorage, settings, profile.strings, LowerKey);
   model.Fill();
@@ -156,7 +156,7 @@ TEST(SiteListModel, AddPutsTheSiteInItsSortedPlace) {
       {SMAddSiteAnswer{"b.com", kChoiceAllow}, {true, 0}, all},
       // Names the store cannot keep (its table is with it) and the global settings are not added.
       {SMAddSiteAnswer{"a/b", kChoiceAllow}, {true, std::nullopt}, all},
-      {SMAddSiteAnswer{kMaster, kChoiceAllow}, {true, std::nullopt}, all},
+      {SMAddSiteAnswer{kMasterDomain, kChoiceAllow}, {true, std::nullopt}, all},
   };
   for (const Case& c : cases) {
     prompts.addSiteAnswers.push_back(c.answer);
@@ -182,7 +182,7 @@ TEST(SiteListModel, AddAndApplyShowWhatTheStoreHolds) {
   ListProfile profile({"b.com", "d.com"});
   SettingArray domains = *profile.settings->GetKnownSites();
   domains.Append(SettingValue::Boolean("b.com", true));
-  ASSERT_TRUE(profile.settings->SetValue(kMaster, SettingValue::Array("domains", domains)));
+  ASSERT_TRUE(profile.settings->SetValue(kMasterDomain, SettingValue::Array("domains", domains)));
   LockingPlatform locking(profile.system);
   locking.locked = PathToUtf8(profile.MasterFile());
   SMSettingsManager settings(locking);
@@ -213,7 +213,7 @@ TEST(SiteListModel, RemoveSkipsNoRowAndKeepsWhatCannotGo) {
   for (const char* site : {"a.com", "b.com", "c.com", "e.com"}) {
     domains.Append(SettingValue::Boolean(site, true));
   }
-  ASSERT_TRUE(profile.settings->SetValue(kMaster, SettingValue::Array("domains", domains)));
+  ASSERT_TRUE(profile.settings->SetValue(kMasterDomain, SettingValue::Array("domains", domains)));
   EXPECT_EQ(model.RemoveRows({0, 1, 3, 4}), (std::vector<size_t>{1}));
   EXPECT_EQ(profile.Rows(model), (Texts{"c.com", "d.com"}));
   for (const char* site : {"a.com", "b.com", "e.com"}) {

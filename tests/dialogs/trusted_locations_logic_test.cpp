@@ -66,7 +66,7 @@ TEST(TrustedLocations, RemoveTakesOneElementPerSelectedRow) {
     for (const char* name : {"a", "b", "a", "c", "a"}) {
       listed.Append(SettingValue::Boolean(name, true));
     }
-    ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Array("trustedPaths", listed)));
+    ASSERT_TRUE(settings.SetValue(kMasterDomain, SettingValue::Array("trustedPaths", listed)));
     EXPECT_EQ(RemoveTrustedLocations(settings, c.selected), TrustedChange::kWritten);
     SMSettingsManager reread(*profile.platform);
     EXPECT_EQ(TrustedLocations(reread), c.kept) << c.selected.size();
@@ -88,7 +88,7 @@ TEST(TrustedLocations, FailedWritesLeaveTheSettingAsItIs) {
   // The next write of another global setting must not store the failed changes after all.
   fs::remove(profile.SettingsFolder());
   fs::create_directories(profile.SettingsFolder());
-  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Number("defaultklimit", 10)));
+  ASSERT_TRUE(settings.SetValue(kMasterDomain, SettingValue::Number("defaultklimit", 10)));
   SMSettingsManager reread(*profile.platform);
   EXPECT_EQ(TrustedLocations(reread), (std::vector<std::string>{"C:\\a", "C:\\b"}));
 }
@@ -104,7 +104,7 @@ TEST(TrustedLocations, OddValuesAreListedAsFarAsPossibleAndNotRewrittenByReading
   };
   for (const auto& [stored, listed] : cases) {
     SitesProfile profile;
-    ASSERT_TRUE(SMSettingsManager(*profile.platform).SetValue(kMaster, stored));
+    ASSERT_TRUE(SMSettingsManager(*profile.platform).SetValue(kMasterDomain, stored));
     SMSettingsManager opened(*profile.platform);
     const std::string before = ReadFileBytes(profile.MasterFile());
     EXPECT_EQ(TrustedLocations(opened), listed);
@@ -114,11 +114,11 @@ TEST(TrustedLocations, OddValuesAreListedAsFarAsPossibleAndNotRewrittenByReading
   // Editing one element of such a list keeps every other element, and its own value, as it was.
   SitesProfile profile;
   SMSettingsManager settings(*profile.platform);
-  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Array("trustedPaths", mixed)));
+  ASSERT_TRUE(settings.SetValue(kMasterDomain, SettingValue::Array("trustedPaths", mixed)));
   ASSERT_EQ(RenameTrustedLocation(settings, "C:\\number", "C:\\renamed"), TrustedChange::kWritten);
   ASSERT_EQ(RemoveTrustedLocations(settings, {"C:\\yes"}), TrustedChange::kWritten);
   SMSettingsManager reread(*profile.platform);
-  const SettingArray& stored = reread.GetValue(kMaster, "trustedPaths")->array();
+  const SettingArray& stored = reread.GetValue(kMasterDomain, "trustedPaths")->array();
   ASSERT_EQ(stored.size(), 2u);
   EXPECT_TRUE(IdenticalValues(stored[0], SettingValue::Number("C:\\renamed", 3)));
   EXPECT_TRUE(IdenticalValues(stored[1], SettingValue::Boolean("C:\\no", false)));

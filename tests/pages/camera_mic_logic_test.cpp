@@ -29,7 +29,7 @@ TEST(CameraMicLogic, AdministratorLock) {
 TEST(CameraMicLogic, AValueOfAnotherTypeShowsAsk) {
   SitesProfile profile;
   SMSettingsManager settings(*profile.platform);
-  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::String("defaultalways", "true")));
+  ASSERT_TRUE(settings.SetValue(kMasterDomain, SettingValue::String("defaultalways", "true")));
   EXPECT_EQ(ReadCameraMicIndex(settings), kCameraMicAsk);
 }
 
@@ -39,7 +39,7 @@ TEST(CameraMicLogic, BlockThenAskForcesEveryListedSite) {
   SMSettingsManager settings(*profile.platform);
   SettingArray sites = *settings.GetKnownSites();
   sites.Append(SettingValue::Boolean("d.io", true));
-  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Array("domains", sites)));
+  ASSERT_TRUE(settings.SetValue(kMasterDomain, SettingValue::Array("domains", sites)));
   ASSERT_TRUE(settings.SetValue("a.com", SettingValue::Boolean("allow", true)));
   ASSERT_TRUE(settings.SetValue("c.net", SettingValue::Boolean("allowsecure", true)));
   const std::vector<std::string> listed = {"a.com", "b.org", "c.net", "d.io"};
@@ -49,7 +49,7 @@ TEST(CameraMicLogic, BlockThenAskForcesEveryListedSite) {
     SCOPED_TRACE("chosen " + std::to_string(chosen));
     const bool block = chosen == kCameraMicBlock;
     EXPECT_EQ(ApplyCameraMicChoice(settings, chosen), chosen);
-    EXPECT_EQ(profile.Stored<bool>(kMaster, "defaultalways"), block);
+    EXPECT_EQ(profile.Stored<bool>(kMasterDomain, "defaultalways"), block);
     EXPECT_EQ(ReadCameraMicIndex(settings), block ? kCameraMicBlock : kCameraMicAsk);
     for (const std::string& site : listed) {
       std::vector<std::optional<bool>> stored;

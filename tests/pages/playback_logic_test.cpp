@@ -20,7 +20,7 @@ TEST(PlaybackLogic, FailedMasterWriteKeepsThePreviousChoice) {
 TEST(PlaybackLogic, AValueOfAnotherTypeShowsAskWithTheBySiteButton) {
   SitesProfile profile;
   SMSettingsManager settings(*profile.platform);
-  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::String("disallowP2PUplink", "true")));
+  ASSERT_TRUE(settings.SetValue(kMasterDomain, SettingValue::String("disallowP2PUplink", "true")));
   const PlaybackView view = ReadPlaybackView(settings);
   EXPECT_EQ(view.index, kPlaybackAsk);
   EXPECT_TRUE(view.bySiteEnabled);

@@ -56,7 +56,7 @@ TEST(StorageLogic, EachChoiceStoresTheLimitEverywhere) {
       EXPECT_EQ(ReadFileBytes(profile.MasterFile()), masterBefore);
       EXPECT_EQ(profile.Stored<double>("b.org", "klimit"), 10.0);
     } else {
-      EXPECT_EQ(profile.Stored<double>(kMaster, "defaultklimit"), test.limit);
+      EXPECT_EQ(profile.Stored<double>(kMasterDomain, "defaultklimit"), test.limit);
       SMSettingsManager nextRun(*profile.platform);  // whose page shows a radio for the same limit
       EXPECT_EQ(StorageLimitForIndex(ReadStorageIndex(nextRun)), test.limit);
       for (const std::string& site : kThreeSites) {
@@ -76,12 +76,12 @@ TEST(StorageLogic, FailedSiteWriteStillVisitsEverySite) {
   for (const char* name : {"a.com", "../evil", "b.org"}) {
     sites.Append(SettingValue::Boolean(name, true));
   }
-  ASSERT_TRUE(settings.SetValue(kMaster, SettingValue::Array("domains", sites)));
+  ASSERT_TRUE(settings.SetValue(kMasterDomain, SettingValue::Array("domains", sites)));
   ScriptedPrompts prompts;
 
   EXPECT_EQ(ApplyStorageChoice(settings, prompts, kStorageAllow, kStorageAsk), kStorageAllow);
   // The values already written stay written.
-  EXPECT_EQ(profile.Stored<double>(kMaster, "defaultklimit"), 0.0);
+  EXPECT_EQ(profile.Stored<double>(kMasterDomain, "defaultklimit"), 0.0);
   EXPECT_EQ(profile.Stored<double>("a.com", "klimit"), 0.0);
   EXPECT_EQ(profile.Stored<double>("b.org", "klimit"), 0.0);
   EXPECT_FALSE(fs::exists(profile.SettingsFolder() / "evil"));

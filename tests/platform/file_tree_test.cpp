@@ -49,6 +49,8 @@ void SetLastWriteTime(const fs::path& path, uint64_t fileTime) {
 #endif
 }
 
+}  // namespace
+
 struct FileTree : testing::Test {
   TempFolder temp;
   FakeSystem system;
@@ -61,8 +63,6 @@ struct FileTree : testing::Test {
   bool Exists(const fs::path& relative) const { return fs::exists(temp.path() / relative); }
   void TearDown() override { SetFileTreeNowForTesting(std::nullopt); }
 };
-
-}  // namespace
 
 TEST_F(FileTree, DeleteTreeRemovesFilesAndFoldersAndSucceedsOnWhatIsAbsent) {
   Write("keep/sibling.txt", "s");

@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr SMSystem::RegistryRoot kHklm32 = SMSystem::RegistryRoot::LocalMachine32;
 const char* const kPepper = "SOFTWARE\\Tessaline\\VantrelPlayerPepper";
 const char* const kPlugin = "SOFTWARE\\Tessaline\\VantrelPlayerPlugin";
 const char* const kActiveX = "SOFTWARE\\Tessaline\\VantrelPlayerActiveX";

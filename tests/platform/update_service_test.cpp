@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr SMSystem::RegistryRoot kHklm32 = SMSystem::RegistryRoot::LocalMachine32;
 const std::string kService =
     "C:\\Program Files\\Vantrel\\Tessalin\\Vantrel\\VantrelPlayerUpdateService.exe ";
 const std::string kPepperUninstaller = "C:\\Windows\\SysWOW64\\Vantrel\\PepperUninstall.exe";

@@ -70,21 +70,21 @@ TEST(SettingsManager, ExistingMasterKeepsItsValuesAndEveryChangeIsWrittenAtOnce)
   // A file where the settings folder should be: the write fails, the value stays in memory.
   fs::remove_all(profile.SettingsFolder());
   WriteFileBytes(profile.SettingsFolder(), "in the way");
-  EXPECT_FALSE(manager.SetValue(kMaster, SettingValue::Boolean("disallowP2PUplink", true)));
-  EXPECT_TRUE(manager.GetValue(kMaster, "disallowP2PUplink")->boolean());
+  EXPECT_FALSE(manager.SetValue(kMasterDomain, SettingValue::Boolean("disallowP2PUplink", true)));
+  EXPECT_TRUE(manager.GetValue(kMasterDomain, "disallowP2PUplink")->boolean());
   // Unless the former value is to come back: a replaced key gets it, a new key goes again.
-  EXPECT_FALSE(manager.SetValueOrRestore(kMaster, SettingValue::Number("defaultklimit", 7)));
-  EXPECT_EQ(manager.GetValue(kMaster, "defaultklimit")->number(), 500);
-  EXPECT_FALSE(manager.SetValueOrRestore(kMaster, SettingValue::Number("newKey", 1)));
-  EXPECT_EQ(manager.GetValue(kMaster, "newKey"), nullptr);
+  EXPECT_FALSE(manager.SetValueOrRestore(kMasterDomain, SettingValue::Number("defaultklimit", 7)));
+  EXPECT_EQ(manager.GetValue(kMasterDomain, "defaultklimit")->number(), 500);
+  EXPECT_FALSE(manager.SetValueOrRestore(kMasterDomain, SettingValue::Number("newKey", 1)));
+  EXPECT_EQ(manager.GetValue(kMasterDomain, "newKey"), nullptr);
   fs::remove(profile.SettingsFolder());
-  EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Number("autoUpdateInterval", 7)));
+  EXPECT_TRUE(manager.SetValue(kMasterDomain, SettingValue::Number("autoUpdateInterval", 7)));
   // The player's own key and the value of the wrong type are kept, the missing defaults added.
   SMSettingsManager reread(*profile.platform);
-  EXPECT_EQ(reread.GetNames(kMaster).size(), 12u);
-  EXPECT_EQ(reread.GetValue(kMaster, "defaultklimit")->number(), 500);
-  EXPECT_EQ(reread.GetValue(kMaster, "playerOwnKey")->number(), 3);
-  EXPECT_EQ(reread.GetValue(kMaster, "crossdomainAllow")->text(), "maybe");
-  EXPECT_TRUE(reread.GetValue(kMaster, "disallowP2PUplink")->boolean());
-  EXPECT_EQ(reread.GetValue(kMaster, "autoUpdateInterval")->number(), 7);
+  EXPECT_EQ(reread.GetNames(kMasterDomain).size(), 12u);
+  EXPECT_EQ(reread.GetValue(kMasterDomain, "defaultklimit")->number(), 500);
+  EXPECT_EQ(reread.GetValue(kMasterDomain, "playerOwnKey")->number(), 3);
+  EXPECT_EQ(reread.GetValue(kMasterDomain, "crossdomainAllow")->text(), "maybe");
+  EXPECT_TRUE(reread.GetValue(kMasterDomain, "disallowP2PUplink")->boolean());
+  EXPECT_EQ(reread.GetValue(kMasterDomain, "autoUpdateInterval")->number(), 7);
 }

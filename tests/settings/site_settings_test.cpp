@@ -42,8 +42,8 @@ TEST(SiteSettings, AddSiteWritesTheDefaultsOfTheRunAndListsTheSiteOnce) {
                                              BooleanPair("defaultalways", true))));
   SMSettingsManager manager(*profile.platform);
   EXPECT_TRUE(manager.AddSite("first.com"));
-  EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Number("defaultklimit", 20)));
-  EXPECT_TRUE(manager.SetValue(kMaster, SettingValue::Boolean("defaultalways", false)));
+  EXPECT_TRUE(manager.SetValue(kMasterDomain, SettingValue::Number("defaultklimit", 20)));
+  EXPECT_TRUE(manager.SetValue(kMasterDomain, SettingValue::Boolean("defaultalways", false)));
   EXPECT_TRUE(manager.AddSite("second.com"));
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("first.com")), SiteFileWith("first.com", true, 500));
   EXPECT_EQ(ReadFileBytes(profile.SiteFile("second.com")), SiteFileWith("second.com", true, 500));
@@ -119,11 +119,11 @@ TEST(SiteSettings, RemovingTheMasterDomainDeletesEverySettingsFileButKeepsTheLis
   WriteFileBytes(stored / "a.com" / "game.sol", "data");
   SMSettingsManager manager(*profile.platform);
   ASSERT_TRUE(manager.AddSite("a.com"));
-  EXPECT_TRUE(manager.RemoveSite(kMaster, true));
+  EXPECT_TRUE(manager.RemoveSite(kMasterDomain, true));
   EXPECT_FALSE(fs::exists(profile.SettingsFolder()));
   EXPECT_TRUE(fs::exists(stored / "a.com" / "game.sol"));
   EXPECT_EQ(KnownSiteNames(manager), std::vector<std::string>{"a.com"});
-  EXPECT_TRUE(manager.RemoveSite(kMaster, false));
+  EXPECT_TRUE(manager.RemoveSite(kMasterDomain, false));
 }
 
 // The stored data live in the first listed entry of the shared-objects folder.
@@ -141,7 +141,7 @@ TEST(SiteSettings, StoredBytesOfLocalComeFromTwoFolders) {
   EXPECT_EQ(manager.GetSiteStoredBytes(base, "local"), 120u);
   EXPECT_EQ(manager.GetSiteStoredBytes(base, "example.com"), 7u);
   EXPECT_EQ(manager.GetSiteStoredBytes(base, "absent.com"), 0u);
-  EXPECT_EQ(manager.GetSiteStoredBytes(base, kMaster), 0u);
+  EXPECT_EQ(manager.GetSiteStoredBytes(base, kMasterDomain), 0u);
 }
 
 TEST(SiteSettings, RemoveAllSitesEmptiesDataCacheAndSettingsButKeepsGlobals) {
@@ -153,7 +153,7 @@ TEST(SiteSettings, RemoveAllSitesEmptiesDataCacheAndSettingsButKeepsGlobals) {
   WriteFileBytes(profile.dataRoot / "outside-shared-objects.txt", "keep");
   SMSettingsManager manager(*profile.platform);
   ASSERT_TRUE(manager.AddSite("a.com"));
-  ASSERT_TRUE(manager.SetValue(kMaster, SettingValue::Number("defaultklimit", 42)));
+  ASSERT_TRUE(manager.SetValue(kMasterDomain, SettingValue::Number("defaultklimit", 42)));
 
   EXPECT_TRUE(manager.RemoveAllSites(true));
   EXPECT_TRUE(fs::is_empty(profile.SharedObjects()));
@@ -161,7 +161,7 @@ TEST(SiteSettings, RemoveAllSitesEmptiesDataCacheAndSettingsButKeepsGlobals) {
   EXPECT_FALSE(fs::exists(profile.SiteFile("a.com").parent_path()));
   EXPECT_EQ(ReadFileBytes(profile.dataRoot / "outside-shared-objects.txt"), "keep");
   SMSettingsManager reread(*profile.platform);
-  EXPECT_EQ(reread.GetValue(kMaster, "defaultklimit")->number(), 42);
+  EXPECT_EQ(reread.GetValue(kMasterDomain, "defaultklimit")->number(), 42);
   EXPECT_EQ(KnownSiteNames(reread), std::vector<std::string>{});
 
   // Without settings, the site files and the list stay.

@@ -67,6 +67,9 @@ class FakeSystem : public SMSystem {
   std::map<std::string, std::map<std::string, std::vector<uint8_t>>> registry_;
 };
 
+// The 32-bit view of HKEY_LOCAL_MACHINE, where the players and the update service register.
+inline constexpr SMSystem::RegistryRoot kHklm32 = SMSystem::RegistryRoot::LocalMachine32;
+
 // Thrown by FakeSystem::ExitProcess so that a test can see the process would have ended.
 struct FakeProcessExit {
   int status;

@@ -15,7 +15,7 @@
 #include "support/temp_folder.h"
 
 // The domain of the global settings, in the master file.
-inline const std::string kMaster = SMSettingsManager::MasterDomain();
+inline const std::string kMasterDomain = SMSettingsManager::MasterDomain();
 
 // Points the scripted system's folders (roaming and local application data, the 32-bit and the
 // native system folder) below one temporary folder.

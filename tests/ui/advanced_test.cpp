@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string kMaster = SMSettingsManager::MasterDomain();
+const std::string kMasterDomain = SMSettingsManager::MasterDomain();
 // The static control that holds a message box's text.
 constexpr int kMessageBoxTextId = 0xFFFF;
 
@@ -44,7 +44,7 @@ class AdvancedTest : public ::testing::Test {
     return app.WaitForDialog(WithCaption(UserText(captionId)));
   }
   std::optional<std::vector<std::string>> TrustedOnDisk() {
-    return profile.StoredNames(kMaster, "trustedPaths");
+    return profile.StoredNames(kMasterDomain, "trustedPaths");
   }
 
   UiProfile profile;
@@ -90,7 +90,7 @@ TEST_F(AdvancedTest, ClearDataWithALockedLicence) {
   ASSERT_TRUE(Answer(box, IDOK));
   EXPECT_TRUE(WaitFor([&] { return !IsWindow(dialog); }));
   EXPECT_TRUE(fs::exists(licenceFile));
-  EXPECT_EQ(profile.StoredNames(kMaster, "domains"), std::vector<std::string>{});
+  EXPECT_EQ(profile.StoredNames(kMasterDomain, "domains"), std::vector<std::string>{});
 }
 
 // Which names are kept is TrustedLocations' table; here two pasted paths, one edit in place and

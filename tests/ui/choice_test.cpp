@@ -14,7 +14,7 @@
 
 namespace {
 
-const std::string kMaster = SMSettingsManager::MasterDomain();
+const std::string kMasterDomain = SMSettingsManager::MasterDomain();
 
 class ChoiceTest : public ::testing::Test {
  protected:
@@ -29,7 +29,7 @@ TEST_F(ChoiceTest, PlaybackBlockIsStoredAndLocksTheBySiteButton) {
   HWND page = app.CurrentPage();
   HWND bySite = GetDlgItem(page, IDC_P2P_BY_SITE);
   ASSERT_TRUE(IsWindowEnabled(bySite));
-  auto stored = [&] { return profile.StoredAs<bool>(kMaster, "disallowP2PUplink"); };
+  auto stored = [&] { return profile.StoredAs<bool>(kMasterDomain, "disallowP2PUplink"); };
 
   Click(page, IDC_P2P_BLOCK);
   EXPECT_TRUE(WaitFor([&] { return stored() == true && !IsWindowEnabled(bySite); }));
@@ -53,7 +53,7 @@ TEST_F(ChoiceTest, CameraMicChoiceIsForcedOnTheListedSites) {
        {std::pair{IDC_CAMERA_MIC_BLOCK, true}, std::pair{IDC_CAMERA_MIC_ASK, false}}) {
     Click(page, controlId);
     EXPECT_TRUE(WaitFor([&] {
-      return profile.StoredAs<bool>(kMaster, "defaultalways") == block &&
+      return profile.StoredAs<bool>(kMasterDomain, "defaultalways") == block &&
              profile.StoredAs<bool>("a.com", "always") == block;
     })) << block;
     EXPECT_TRUE(IsChecked(page, controlId));
@@ -85,7 +85,7 @@ TEST_F(ChoiceTest, StorageBlockAsksFirstThenDeletesAndStores) {
   ASSERT_NE(box, nullptr);
   ASSERT_TRUE(Answer(box, IDOK));
   EXPECT_TRUE(WaitFor([&] {
-    return profile.StoredAs<double>(kMaster, "defaultklimit") == -1.0 &&
+    return profile.StoredAs<double>(kMasterDomain, "defaultklimit") == -1.0 &&
            profile.StoredAs<double>("a.com", "klimit") == -1.0;
   }));
   EXPECT_FALSE(ReadWholeFile(storedData).has_value());
@@ -97,7 +97,7 @@ TEST_F(ChoiceTest, StorageBlockAsksFirstThenDeletesAndStores) {
 // following it. (Which pages go back, and to what, is the page logic's.)
 TEST_F(ChoiceTest, AFailedMasterWriteShowsWhatIsOnDisk) {
   ASSERT_TRUE(app.Start(L"startupdialog=playback"));
-  const std::string master = profile.SettingsFile(kMaster);
+  const std::string master = profile.SettingsFile(kMasterDomain);
   const std::optional<std::string> before = ReadWholeFile(master);
   ASSERT_TRUE(before.has_value());
   HANDLE held = CreateFileW(PathFromUtf8(master).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,

@@ -20,7 +20,7 @@
 
 namespace {
 
-const std::string kMaster = SMSettingsManager::MasterDomain();
+const std::string kMasterDomain = SMSettingsManager::MasterDomain();
 
 INPUT KeyInput(WORD key, wchar_t letter, DWORD flags) {
   INPUT input{};
@@ -211,7 +211,7 @@ TEST_F(KeyboardTest, TabReachesEveryControlInOrderAndEscapeClosesEveryDialog) {
     }
     Escape(dialog, dialogCase.name);
   }
-  EXPECT_EQ(profile.StoredNames(kMaster, "domains"),
+  EXPECT_EQ(profile.StoredNames(kMasterDomain, "domains"),
             (std::vector<std::string>{"alpha.example", "beta.example", "bravo.example"}));
 }
 
@@ -243,7 +243,7 @@ TEST_F(KeyboardTest, KeysWorkTheControls) {
   TypeText(L"\\game");
   PressKeys({VK_RETURN});
   EXPECT_TRUE(WaitFor([&] {
-    return profile.StoredNames(kMaster, "trustedPaths") ==
+    return profile.StoredNames(kMasterDomain, "trustedPaths") ==
            std::vector<std::string>{"C:\\dev\\game"};
   }));
   Escape(trusted, "trusted locations");
