@@ -27,5 +27,7 @@ if [ -n "${VP_LAYOUT_DPI:-}" ]; then
 fi
 pattern="^wine\\.ui_layout\\.${languages}${scales}\$"
 trap 'vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-layout"; vp_stop_xvfb' EXIT
-vp_start_xvfb
+# A sheet at 200 % in a language with tall lines is taller than 1024 pixels; the screen of a
+# 200 % display is 3840x2160, and a picture can only show what lies on the screen.
+vp_start_xvfb 3840x2160
 ctest --test-dir build/mingw -R "$pattern" --output-on-failure

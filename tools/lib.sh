@@ -48,13 +48,15 @@ vp_install_missing() {
   fi
 }
 
-# Starts a private Xvfb on a display it picks itself; sets VP_XVFB_PID and DISPLAY.
+# Starts a private Xvfb on a display it picks itself; sets VP_XVFB_PID and DISPLAY. The
+# argument, if any, is the screen's size (default 1280x1024).
 vp_start_xvfb() {
+  local size="${1:-1280x1024}"
   local fifo_dir
   fifo_dir=$(mktemp -d) || vp_fail "mktemp failed"
   mkfifo "$fifo_dir/display"
   # -displayfd: the server takes the first free display and writes its number once it listens.
-  Xvfb -displayfd 9 -screen 0 1280x1024x24 -nolisten tcp 9>"$fifo_dir/display" >/dev/null 2>&1 &
+  Xvfb -displayfd 9 -screen 0 "${size}x24" -nolisten tcp 9>"$fifo_dir/display" >/dev/null 2>&1 &
   VP_XVFB_PID=$!
   local number=""
   read -r -t 60 number <"$fifo_dir/display" || true

@@ -5,6 +5,9 @@
 #include <wincodec.h>
 // clang-format on
 
+#include <utility>
+#include <vector>
+
 namespace {
 
 template <typename Interface>
@@ -48,18 +51,10 @@ bool EncodePng(const std::wstring& path, int width, int height, BYTE* pixels) {
          SUCCEEDED(frame->Commit()) && SUCCEEDED(encoder->Commit());
 }
 
-}  // namespace
-
-bool SaveWindowPng(HWND window, const std::wstring& path) {
-  // Painted now, by the window's own thread, before the screen is read.
-  RedrawWindow(window, nullptr, nullptr,
-               RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
-  RECT bounds{};
-  GetWindowRect(window, &bounds);
-  int width = bounds.right - bounds.left;
-  int height = bounds.bottom - bounds.top;
-  if (width <= 0 || height <= 0) return false;
-  HRESULT com = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+// The screen's pixels in `bounds`, as 24-bit rows padded to four bytes; empty on failure.
+std::vector<BYTE> ReadScreen(const RECT& bounds) {
+  const int width = bounds.right - bounds.left;
+  const int height = bounds.bottom - bounds.top;
   HDC screen = GetDC(nullptr);
   HDC memory = CreateCompatibleDC(screen);
   BITMAPINFO info{};
@@ -71,16 +66,54 @@ bool SaveWindowPng(HWND window, const std::wstring& path) {
   info.bmiHeader.biCompression = BI_RGB;
   void* pixels = nullptr;
   HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
-  bool saved = false;
+  std::vector<BYTE> copy;
   if (bitmap != nullptr) {
     HGDIOBJ previous = SelectObject(memory, bitmap);
-    saved = BitBlt(memory, 0, 0, width, height, screen, bounds.left, bounds.top, SRCCOPY) &&
-            GdiFlush() && EncodePng(path, width, height, static_cast<BYTE*>(pixels));
+    if (BitBlt(memory, 0, 0, width, height, screen, bounds.left, bounds.top, SRCCOPY) &&
+        GdiFlush()) {
+      const size_t stride = (static_cast<size_t>(width) * 3 + 3) & ~size_t{3};
+      const BYTE* first = static_cast<const BYTE*>(pixels);
+      copy.assign(first, first + stride * static_cast<size_t>(height));
+    }
     SelectObject(memory, previous);
     DeleteObject(bitmap);
   }
   DeleteDC(memory);
   ReleaseDC(nullptr, screen);
+  return copy;
+}
+
+}  // namespace
+
+bool SaveWindowPng(HWND window, const std::wstring& path) {
+  // What still waits to be painted is painted now, by the window's own thread. Nothing is
+  // invalidated: an erased window would have to be painted again before the picture.
+  RedrawWindow(window, nullptr, nullptr, RDW_ALLCHILDREN | RDW_UPDATENOW);
+  RECT bounds{};
+  GetWindowRect(window, &bounds);
+  int width = bounds.right - bounds.left;
+  int height = bounds.bottom - bounds.top;
+  if (width <= 0 || height <= 0) return false;
+  // What lies off the screen cannot be read from it (the picture would come out black).
+  RECT screenBounds{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+  RECT onScreen{};
+  if (!IntersectRect(&onScreen, &bounds, &screenBounds) || !EqualRect(&onScreen, &bounds)) {
+    return false;
+  }
+  // Wine hands a window's painting to the X server a little later, in pieces: a picture read
+  // too early shows a window half erased. The screen has settled when two reads a moment apart
+  // agree.
+  std::vector<BYTE> pixels = ReadScreen(bounds);
+  for (int attempt = 0; attempt < 40 && !pixels.empty(); ++attempt) {
+    Sleep(75);
+    std::vector<BYTE> again = ReadScreen(bounds);
+    const bool settled = again == pixels;
+    pixels = std::move(again);
+    if (settled) break;
+  }
+  if (pixels.empty()) return false;
+  HRESULT com = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+  const bool saved = EncodePng(path, width, height, pixels.data());
   if (SUCCEEDED(com)) CoUninitialize();
   return saved;
 }

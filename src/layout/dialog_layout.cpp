@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "layout/layout_plan.h"
+#include "layout/line_breaks.h"
 #include "layout/link_caption.h"
 
 namespace {
@@ -66,18 +67,15 @@ void AppendLetters(HDC dc, const std::wstring& word, int width, std::wstring& br
   }
 }
 
-// A break a reader does not see: Thai writes a sentence without spaces, so its texts mark where
-// a line may break with this. Wine's controls neither break there nor draw it as nothing, so the
-// program breaks such texts itself and takes the marks out.
-constexpr wchar_t kInvisibleBreak = L'\u200B';
-
+// Wine's controls neither break at an invisible break nor draw it as nothing, so the program
+// breaks such texts itself and takes the marks out.
 bool HasInvisibleBreaks(const std::wstring& text) {
   return text.find(kInvisibleBreak) != std::wstring::npos;
 }
 
-// Line breaks between words, measured as shown with the dialog's font: Wine's link control
-// breaks a line that is too long anywhere, even inside a word, and its labels do not break at
-// invisible marks. Words end at a space or an invisible break; the text's own line breaks stay.
+// Line breaks where the script allows them (see line_breaks.h), measured as shown with the
+// dialog's font: Wine's link control breaks a line that is too long anywhere, even inside a
+// word, and its labels do not break at invisible marks. The text's own line breaks stay.
 std::wstring BreakCaption(HDC dc, const std::wstring& caption, int width) {
   std::wstring broken;
   size_t lineStart = 0;
@@ -86,23 +84,21 @@ std::wstring BreakCaption(HDC dc, const std::wstring& caption, int width) {
     std::wstring line = caption.substr(
         lineStart, lineEnd == std::wstring::npos ? std::wstring::npos : lineEnd - lineStart);
     std::wstring shown;
-    std::wstring gap;  // what stands between the last word and the next: a space or nothing
     bool first = true;
-    for (size_t start = 0; start <= line.size();) {
-      size_t end =
-          std::min(line.find_first_of(std::wstring{L' ', kInvisibleBreak}, start), line.size());
-      std::wstring word = line.substr(start, end - start);
-      if (!first && ExtentOf(dc, shown + gap + ShownText(word)) > width) {
+    for (const LineUnit& unit : SplitAtBreaks(line)) {
+      // A unit wider than any line is broken between letters anyway: it runs on from where the
+      // line has room rather than leaving a short line behind.
+      const bool runsOn =
+          ExtentOf(dc, ShownText(unit.text)) > width && ExtentOf(dc, shown + unit.gap) <= width;
+      if (!first && !runsOn && ExtentOf(dc, shown + unit.gap + ShownText(unit.text)) > width) {
         broken += L'\n';
         shown.clear();
-      } else if (!first) {
-        broken += gap;
-        shown += gap;
+      } else {
+        broken += unit.gap;
+        shown += unit.gap;
       }
-      AppendLetters(dc, word, width, broken, shown);
+      AppendLetters(dc, unit.text, width, broken, shown);
       first = false;
-      gap = end < line.size() && line[end] == L' ' ? L" " : L"";
-      start = end + 1;
     }
     if (lineEnd == std::wstring::npos) return broken;
     broken += L'\n';
