@@ -2,11 +2,12 @@
 # Runs every test: native with sanitizers, the fuzzer for a bounded time, the same unit tests
 # built for Windows under Wine, and the UI tests that drive the real program under Wine + Xvfb.
 #
-# The two cores are kept busy: the Wine prefixes are created while the Windows program and the
-# UI tests' drivers are built; the UI track then starts in the background (it mostly waits for
-# windows) while the rest of the Windows build runs, then the Windows core track joins it, while
-# the native and fuzz builds and their runs take the processors at a lower priority, so that the
-# UI tests' waits stay short. Each track writes its own log; a track's log is shown when it ends.
+# The two cores are kept busy: the UI track's Wine prefixes are created while the Windows
+# program and the UI tests' drivers are built; the UI track then starts in the background (it
+# mostly waits for windows) while the rest of the Windows build runs, then the Windows core track
+# joins it, while the native and fuzz builds and their runs take the processors at a lower
+# priority, so that the UI tests' waits stay short. Each track writes its own log; a track's log
+# is shown when it ends.
 set -uo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 cd "$VP_ROOT" || exit 1
@@ -42,23 +43,32 @@ windows_build_ui() {
 }
 windows_build_rest() { nice -n 5 cmake --build --preset mingw -j2; }
 
-# Creating a prefix takes a while (much longer on a busy machine); both are created while the
-# Windows build runs, so that no test pays for it. Without a display: the UI track's server is
-# stopped before it starts, and its next one takes the track's display.
-prepare_prefixes() {
-  local prefix
-  for prefix in wine-ui wine-layout wine-core; do
-    vp_stop_wine_prefix "$VP_ROOT/build/mingw/$prefix"
-    env -u DISPLAY VP_WINEPREFIX="$VP_ROOT/build/mingw/$prefix" \
-      $([ $prefix != wine-core ] && echo VP_WINE_DPI=96) "$VP_ROOT/tools/wine-run" cmd /c exit ||
-      return 1
-    vp_stop_wine_prefix "$VP_ROOT/build/mingw/$prefix"
-  done
+# Creating a prefix takes a while (much longer on a busy machine), so that no test pays for it:
+# the UI track's two while the Windows build runs, the core track's when that track starts.
+# Without a display: the UI lanes' servers are stopped before they start, and their next ones
+# take the lanes' displays.
+prepare_prefix() {
+  local prefix="$VP_ROOT/build/mingw/$1"
+  vp_stop_wine_prefix "$prefix"
+  env -u DISPLAY VP_WINEPREFIX="$prefix" ${2:+VP_WINE_DPI=$2} "$VP_ROOT/tools/wine-run" \
+    cmd /c exit || return 1
+  vp_stop_wine_prefix "$prefix"
+}
+
+prepare_ui_prefixes() {
+  local sheet layout status=0
+  prepare_prefix wine-ui 96 &
+  sheet=$!
+  prepare_prefix wine-layout 96 &
+  layout=$!
+  wait $sheet || status=1
+  wait $layout || status=1
+  return $status
 }
 
 windows_core_track() {
   # A server left over from an aborted run would serve this run with its old state.
-  vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-core"
+  prepare_prefix wine-core || return 1
   local status=0
   ctest --preset mingw-core || status=$?
   vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-core"
@@ -127,7 +137,7 @@ finish_tracks() {
 
 background=()
 tracks=(wine-prefixes windows-build)
-start_track wine-prefixes prepare_prefixes
+start_track wine-prefixes prepare_ui_prefixes
 run_track windows-build windows_build_ui
 finish_tracks
 if [ "$(cat build/track-windows-build.status)" -eq 0 ]; then
