@@ -92,7 +92,8 @@ double LaunchToPaint(const std::wstring& program) {
   return elapsed;
 }
 
-// Renames a seeded profile into the data root for one launch and back when it ends.
+// Renames a folder to another name for as long as it lives (a seeded profile into the data root
+// for one launch, the prefix's own data root aside for the whole run).
 class ProfileInPlace {
  public:
   ProfileInPlace(const wchar_t* profile, const wchar_t* dataRoot)
@@ -124,6 +125,16 @@ int wmain(int argc, wchar_t** argv) {
   std::vector<const wchar_t*> profiles;
   for (int arg = 5; arg < argc; ++arg) profiles.push_back(argv[arg]);
   if (profiles.empty()) profiles.push_back(nullptr);
+  // The prefix's own data root, if it has one, waits beside the profiles until the end.
+  const std::wstring aside = dataRoot != nullptr ? std::wstring(dataRoot) + L".start-bench" : L"";
+  std::optional<ProfileInPlace> ownDataRoot;
+  if (dataRoot != nullptr && GetFileAttributesW(dataRoot) != INVALID_FILE_ATTRIBUTES) {
+    ownDataRoot.emplace(dataRoot, aside.c_str());
+    if (!ownDataRoot->moved()) {
+      std::fprintf(stderr, "start_bench: cannot move %ls aside\n", dataRoot);
+      return 1;
+    }
+  }
 
   // One launch of each first, not counted: the files they read come into the cache.
   LaunchToPaint(argv[2]);

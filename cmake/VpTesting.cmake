@@ -8,6 +8,9 @@ if(CMAKE_CROSSCOMPILING)
   add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
   set(VP_WINE_CORE_PREFIX ${CMAKE_BINARY_DIR}/wine-core)
   set(VP_WINE_UI_PREFIX ${CMAKE_BINARY_DIR}/wine-ui)
+  # The layout tests have a prefix (and in tools/test.sh a display) of their own, so that they
+  # run beside the other UI tests, and their changes of display scale restart only their server.
+  set(VP_WINE_LAYOUT_PREFIX ${CMAKE_BINARY_DIR}/wine-layout)
 else()
   find_package(GTest REQUIRED)
 endif()
@@ -47,6 +50,19 @@ function(vp_add_test name)
   endif()
 endfunction()
 
+# vp_add_wine_ui_fixture(<name> <prefix>): the fixture wine_<name>, which runs first among the
+# tests that require it and stops a server left from an aborted run in <prefix>: such a server
+# keeps the display and the state it was started with.
+function(vp_add_wine_ui_fixture name prefix)
+  if(NOT TEST wine.${name}.stop-old-server)
+    add_test(NAME wine.${name}.stop-old-server
+             COMMAND sh -c "export WINEPREFIX='${prefix}'; \
+[ -d \"$WINEPREFIX\" ] || exit 0; wineserver -k; wineserver -w; exit 0")
+    set_tests_properties(wine.${name}.stop-old-server PROPERTIES LABELS ui
+                         FIXTURES_SETUP wine_${name} RESOURCE_LOCK ${prefix})
+  endif()
+endfunction()
+
 # vp_add_ui_tests(<target> [ALSO_RIGHT_TO_LEFT <Suite.Test>...])
 # One ctest entry per TEST/TEST_F in the target's sources, so that one slow test cannot take
 # its neighbours' time. They share the UI prefix, so they hold its lock and run one at a time,
@@ -58,14 +74,7 @@ function(vp_add_ui_tests target)
   set(space "[ \t\r\n]*")
   set(test_regex "TEST(_F)?\\(${space}([A-Za-z0-9_]+)${space},${space}([A-Za-z0-9_]+)${space}\\)")
   vp_scaled_timeout(120 timeout)
-  if(NOT TEST wine.ui.stop-old-server)
-    # A server left from an aborted run keeps the display and the state it was started with.
-    add_test(NAME wine.ui.stop-old-server
-             COMMAND sh -c "export WINEPREFIX='${VP_WINE_UI_PREFIX}'; \
-[ -d \"$WINEPREFIX\" ] || exit 0; wineserver -k; wineserver -w; exit 0")
-    set_tests_properties(wine.ui.stop-old-server PROPERTIES LABELS ui FIXTURES_SETUP wine_ui
-                         RESOURCE_LOCK ${VP_WINE_UI_PREFIX})
-  endif()
+  vp_add_wine_ui_fixture(ui ${VP_WINE_UI_PREFIX})
   foreach(source IN LISTS sources)
     get_filename_component(path ${source} ABSOLUTE)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${path})
@@ -86,7 +95,7 @@ function(vp_add_ui_tests target)
         add_test(NAME ${entry} COMMAND ${target} --gtest_filter=${name})
         # Exactly this one test passed: a filter that selects nothing must not pass.
         set_tests_properties(${entry} PROPERTIES
-          LABELS ui TIMEOUT ${timeout} RESOURCE_LOCK ${VP_WINE_UI_PREFIX}
+          LABELS "ui;ui-sheet" TIMEOUT ${timeout} RESOURCE_LOCK ${VP_WINE_UI_PREFIX}
           FIXTURES_REQUIRED wine_ui
           PASS_REGULAR_EXPRESSION "\\[  PASSED  \\] 1 test\\."
           ENVIRONMENT "VP_WINEPREFIX=${VP_WINE_UI_PREFIX};VP_WINE_DPI=96;LC_ALL=${locale}")

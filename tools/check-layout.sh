@@ -26,7 +26,7 @@ if [ -n "${VP_LAYOUT_DPI:-}" ]; then
   scales="($(IFS='|'; echo "${alternatives[*]}"))"
 fi
 pattern="^wine\\.ui_layout\\.${languages}${scales}\$"
-trap 'vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-ui"; vp_stop_xvfb' EXIT
+trap 'vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-layout"; vp_stop_xvfb' EXIT
 # A sheet at 200 % in a language with tall lines is taller than 1024 pixels; the screen of a
 # 200 % display is 3840x2160, and a picture can only show what lies on the screen.
 vp_start_xvfb 3840x2160

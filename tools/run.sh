@@ -22,7 +22,7 @@ setup="$VP_ROOT/build/mingw/tools/vp_demo_profile.exe"
 if [ -z "${DISPLAY:-}" ] || [ -n "${VP_SCREENSHOTS:-}" ]; then
   # Wine's desktop process binds to the display of the first program of the prefix, so the
   # display comes first.
-  trap 'vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-ui"; vp_stop_xvfb' EXIT
+  trap 'vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-layout"; vp_stop_xvfb' EXIT
   [ -n "${DISPLAY:-}" ] || vp_start_xvfb
   # The layout test opens every page and dialog and saves a picture of each; English shows
   # them all, German, Japanese and Arabic the Storage page. These are the README's pictures.
@@ -30,7 +30,7 @@ if [ -z "${DISPLAY:-}" ] || [ -n "${VP_SCREENSHOTS:-}" ]; then
   ctest --test-dir build/mingw -R '^wine\.ui_layout\.(en-US|de|ja|ar|he|en-US\.144dpi)$' \
     --output-on-failure ||
     echo "WARNING: the layout check found faults (see above); the pictures show them" >&2
-  vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-ui"
+  vp_stop_wine_prefix "$VP_ROOT/build/mingw/wine-layout"
   pictures="$VP_ROOT/docs/pictures"
   mkdir -p "$pictures"
   rm -f "$pictures"/*.png
