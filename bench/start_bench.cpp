@@ -125,6 +125,12 @@ int wmain(int argc, wchar_t** argv) {
   std::vector<const wchar_t*> profiles;
   for (int arg = 5; arg < argc; ++arg) profiles.push_back(argv[arg]);
   if (profiles.empty()) profiles.push_back(nullptr);
+  // The profiles move into the data root's place, so its parent folder must be there.
+  if (dataRoot != nullptr) {
+    const std::wstring path(dataRoot);
+    const size_t cut = path.find_last_of(L'\\');
+    if (cut != std::wstring::npos) CreateDirectoryW(path.substr(0, cut).c_str(), nullptr);
+  }
   // The prefix's own data root, if it has one, waits beside the profiles until the end.
   const std::wstring aside = dataRoot != nullptr ? std::wstring(dataRoot) + L".start-bench" : L"";
   std::optional<ProfileInPlace> ownDataRoot;
@@ -155,8 +161,8 @@ int wmain(int argc, wchar_t** argv) {
       if (profiles[index] != nullptr) {
         inPlace.emplace(profiles[index], dataRoot);
         if (!inPlace->moved()) {
-          std::fprintf(stderr, "start_bench: cannot move profile %ls into place\n",
-                       profiles[index]);
+          std::fprintf(stderr, "start_bench: cannot move profile %ls into place (error %lu)\n",
+                       profiles[index], GetLastError());
           return 1;
         }
       }
