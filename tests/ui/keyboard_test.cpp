@@ -237,15 +237,22 @@ TEST_F(KeyboardTest, KeysWorkTheControls) {
   PressKeys({VK_HOME});
   ASSERT_TRUE(WaitFor([&] { return ListSelectedRows(locations) == std::vector<int>{0}; }));
   PressKeys({VK_F2});
-  ASSERT_TRUE(WaitFor([&] { return SendMessageW(locations, LVM_GETEDITCONTROL, 0, 0) != 0; }))
-      << "F2 did not edit the location";
+  // Keys pressed before the edit box has the focus go to the list: wait for it, and for the
+  // typed text to arrive, before Enter.
+  HWND edit = nullptr;
+  ASSERT_TRUE(WaitFor([&] {
+    edit = reinterpret_cast<HWND>(SendMessageW(locations, LVM_GETEDITCONTROL, 0, 0));
+    return edit != nullptr && FocusOfThread(trusted) == edit;
+  })) << "F2 did not edit the location";
   PressKeys({VK_END});
   TypeText(L"\\game");
+  ASSERT_TRUE(WaitFor([&] { return WindowText(edit) == L"C:\\dev\\game"; }));
   PressKeys({VK_RETURN});
-  EXPECT_TRUE(WaitFor([&] {
-    return profile.StoredNames(kMasterDomain, "trustedPaths") ==
-           std::vector<std::string>{"C:\\dev\\game"};
-  }));
+  // The row shows the new path only after the program wrote it. The file is read after that:
+  // a read while the program replaces the file would make its write fail.
+  EXPECT_TRUE(WaitFor([&] { return ListRowText(locations, 0) == L"C:\\dev\\game"; }));
+  EXPECT_EQ(profile.StoredNames(kMasterDomain, "trustedPaths"),
+            std::vector<std::string>{"C:\\dev\\game"});
   Escape(trusted, "trusted locations");
 }
 
