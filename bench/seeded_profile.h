@@ -119,11 +119,7 @@ inline SettingsTable MasterTableListing(int sites,
 
 inline std::unique_ptr<SMPlatformServices> MakePlatform(SMSystem& system) {
   SMPlatformServices::ResetPathCachesForTesting();
-#ifdef _WIN32
-  return std::make_unique<Win32PlatformServices>(system);
-#else
-  return std::make_unique<PosixPlatformServices>(system);
-#endif
+  return std::make_unique<NativePlatform>(system);
 }
 
 inline std::string SiteName(int index) {
@@ -140,9 +136,12 @@ inline std::string SettingsFolderName(const std::string& site) {
   return name;
 }
 
-inline void WriteBytes(const fs::path& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary)
-      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+// False when the file could not be written whole.
+inline bool WriteBytes(const fs::path& path, const std::string& bytes) {
+  std::ofstream file(path, std::ios::binary);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  return !file.fail();
 }
 
 inline std::string ReadBytes(const fs::path& path) {
@@ -170,13 +169,13 @@ inline Profile Seed(const fs::path& root, int sites) {
   for (int i = 0; i < sites; ++i) {
     const std::string site = SiteName(i);
     fs::create_directory(profile.settingsFolder / SettingsFolderName(site));
-    WriteBytes(profile.settingsFolder / SettingsFolderName(site) / "settings.sol",
-               SerializeSettings(table, site + std::string("/settings")));
+    WriteBytes(profile.settingsFolder / SettingsFolderName(site) / kSettingsFileName,
+               SerializeSettings(table, site + kSiteObjectSuffix));
     fs::create_directories(profile.storedData / site / "game");
     WriteBytes(profile.storedData / site / "game" / "progress.sol", game);
   }
-  WriteBytes(profile.settingsFolder / "settings.sol",
-             SerializeSettings(MasterTableListing(sites, SiteName), "settings"));
+  WriteBytes(profile.settingsFolder / kSettingsFileName,
+             SerializeSettings(MasterTableListing(sites, SiteName), kMasterObjectName));
   return profile;
 }
 

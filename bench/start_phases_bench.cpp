@@ -61,13 +61,6 @@ std::string SiteFile(SMPlatformServices& platform, const std::string& site) {
          separator + kSettingsFileName;
 }
 
-bool WriteBytesChecked(const std::string& path, const std::string& bytes) {
-  std::FILE* file = OpenFileUtf8(path, "wb");
-  if (file == nullptr) return false;
-  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-  return std::fclose(file) == 0 && written;
-}
-
 // A profile as the player leaves it after visiting `siteCount` sites, unless an earlier run
 // left a complete one in the same place.
 bool SeedUnlessSeeded(SMPlatformServices& platform, const fs::path& root, int siteCount) {
@@ -81,26 +74,26 @@ bool SeedUnlessSeeded(SMPlatformServices& platform, const fs::path& root, int si
   for (int index = 0; index < siteCount; ++index) {
     const std::string site = SiteName(index);
     fs::create_directory(settingsFolder / FromUtf8(SettingsFolderName(site)));
-    if (!WriteBytesChecked(SiteFile(platform, site),
-                           SerializeSettings(siteTable, site + "/settings"))) {
+    if (!WriteBytes(FromUtf8(SiteFile(platform, site)),
+                    SerializeSettings(siteTable, site + kSiteObjectSuffix))) {
       return false;
     }
     if (index % 10000 == 9999) std::fprintf(stderr, "  %d sites seeded\n", index + 1);
   }
-  const std::string masterFile = Utf8(settingsFolder / kSettingsFileName);
-  return WriteBytesChecked(
-             masterFile, SerializeSettings(MasterTableListing(siteCount, SiteName), "settings")) &&
-         WriteBytesChecked(Utf8(complete), "");
+  return WriteBytes(
+             settingsFolder / kSettingsFileName,
+             SerializeSettings(MasterTableListing(siteCount, SiteName), kMasterObjectName)) &&
+         WriteBytes(complete, "");
 }
 
 // One run of every figure over one profile; false when the store lost a site it should keep.
 bool TimeOneRun(SMPlatformServices& platform, int siteCount,
                 std::map<std::string, std::vector<double>>& figures) {
   const std::string masterFile =
-      SMSettingsManager::SettingsFolderIn(platform) + platform.PathSeparator() + "settings.sol";
+      SMSettingsManager::SettingsFolderIn(platform) + platform.PathSeparator() + kSettingsFileName;
   figures["plain loop"].push_back(MillisecondsOf([&] {
     std::string bytes = ReadWholeFile(masterFile).value_or("");
-    WriteBytes(masterFile, bytes);
+    WriteBytes(FromUtf8(masterFile), bytes);
     uint64_t total = 0;
     for (int index = 0; index < siteCount; ++index) {
       total += PlainFileSize(SiteFile(platform, SiteName(index)));
